@@ -1,0 +1,623 @@
+#include "forms/control.h"
+
+#include <algorithm>
+
+#include "forms/form.h"
+#include "forms/platform.h"
+
+namespace marlune::forms {
+
+namespace {
+
+std::string Bool(bool b) { return b ? "true" : "false"; }
+
+} // namespace
+
+std::string_view KindName(ControlKind kind)
+{
+    switch (kind) {
+    case ControlKind::TextBox: return "text box";
+    case ControlKind::Label: return "label";
+    case ControlKind::Frame: return "frame";
+    case ControlKind::Button: return "button";
+    case ControlKind::CheckBox: return "check box";
+    case ControlKind::OptionButton: return "option button";
+    case ControlKind::Picture: return "picture";
+    case ControlKind::Timer: return "timer";
+    case ControlKind::ProgressBar: return "progress bar";
+    case ControlKind::ListBox: return "list box";
+    case ControlKind::ToolBar: return "tool bar";
+    case ControlKind::MenuItem: return "menu item";
+    }
+    return "control";
+}
+
+// ---- Control
+
+Control::Control(Form& form, std::string name, ControlKind kind) : form_(form), name_(std::move(name)), kind_(kind) {}
+
+Control::~Control() = default;
+
+void Control::setEnabled(bool enabled)
+{
+    if (enabled_ == enabled)
+        return;
+    enabled_ = enabled;
+    changed();
+}
+
+void Control::setVisible(bool visible)
+{
+    if (visible_ == visible)
+        return;
+    visible_ = visible;
+    changed();
+}
+
+void Control::operatorClick() { raise(onClick); }
+
+void Control::operatorDoubleClick() { raise(onDblClick); }
+
+void Control::operatorMouseDown(int button)
+{
+    if (onMouseDown)
+        onMouseDown(button);
+}
+
+std::optional<std::string> Control::property(std::string_view name) const
+{
+    if (name == "enabled")
+        return Bool(enabled_);
+    if (name == "visible")
+        return Bool(visible_);
+    return std::nullopt;
+}
+
+void Control::captureDesign()
+{
+    designEnabled_ = enabled_;
+    designVisible_ = visible_;
+}
+
+void Control::restoreDesign()
+{
+    setEnabled(designEnabled_);
+    setVisible(designVisible_);
+}
+
+void Control::changed() { form_.controlChanged(*this); }
+
+// ---- Caption controls
+
+CaptionControl::CaptionControl(Form& form, std::string name, ControlKind kind, std::string caption)
+    : Control(form, std::move(name), kind), caption_(std::move(caption))
+{
+}
+
+void CaptionControl::setCaption(const std::string& caption)
+{
+    if (caption_ == caption)
+        return;
+    caption_ = caption;
+    changed();
+}
+
+std::optional<std::string> CaptionControl::property(std::string_view name) const
+{
+    if (name == "caption" || name == "text")
+        return caption_;
+    return Control::property(name);
+}
+
+void CaptionControl::captureDesign()
+{
+    Control::captureDesign();
+    designCaption_ = caption_;
+}
+
+void CaptionControl::restoreDesign()
+{
+    Control::restoreDesign();
+    setCaption(designCaption_);
+}
+
+Label::Label(Form& form, std::string name, std::string caption)
+    : CaptionControl(form, std::move(name), ControlKind::Label, std::move(caption))
+{
+}
+
+Frame::Frame(Form& form, std::string name, std::string caption)
+    : CaptionControl(form, std::move(name), ControlKind::Frame, std::move(caption))
+{
+}
+
+Button::Button(Form& form, std::string name, std::string caption)
+    : CaptionControl(form, std::move(name), ControlKind::Button, std::move(caption))
+{
+}
+
+// ---- TextBox
+
+TextBox::TextBox(Form& form, std::string name, std::string text)
+    : Control(form, std::move(name), ControlKind::TextBox), text_(std::move(text))
+{
+}
+
+void TextBox::setText(const std::string& text)
+{
+    if (text_ == text)
+        return;
+    text_ = text;
+    selStart_ = 0;
+    selLength_ = 0;
+    changed();
+    if (onChange)
+        onChange();
+}
+
+void TextBox::setSelStart(int start)
+{
+    const int clamped = std::clamp(start, 0, static_cast<int>(text_.size()));
+    if (clamped == selStart_ && selLength_ == 0)
+        return;
+    selStart_ = clamped;
+    selLength_ = 0;
+    changed();
+}
+
+void TextBox::setSelLength(int length)
+{
+    const int clamped = std::clamp(length, 0, static_cast<int>(text_.size()) - selStart_);
+    if (clamped == selLength_)
+        return;
+    selLength_ = clamped;
+    changed();
+}
+
+std::string TextBox::selText() const
+{
+    return text_.substr(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_));
+}
+
+void TextBox::setSelText(const std::string& text)
+{
+    const std::string before = text_;
+    text_.replace(static_cast<std::size_t>(selStart_), static_cast<std::size_t>(selLength_), text);
+    selStart_ += static_cast<int>(text.size());
+    selLength_ = 0;
+    changed();
+    if (text_ != before && onChange)
+        onChange();
+}
+
+void TextBox::operatorKey(int keyCode)
+{
+    int code = keyCode;
+    if (onKeyDown)
+        onKeyDown(code);
+    if (code == 0)
+        return;
+    const bool character = code == kKeyBackspace || code == kKeyTab || code == kKeyEnter || code == kKeyEscape
+                           || (code >= 32 && code <= 255);
+    if (!character)
+        return;
+    int ascii = code;
+    if (onKeyPress)
+        onKeyPress(ascii);
+    if (ascii != 0)
+        edit(ascii);
+}
+
+void TextBox::operatorType(std::string_view text)
+{
+    for (char c : text) {
+        const int ascii = static_cast<unsigned char>(c);
+        // KeyDown carries the key's code: a letter's capital, a character's own code.
+        int code = (ascii >= 'a' && ascii <= 'z') ? ascii - 'a' + 'A' : ascii;
+        if (onKeyDown)
+            onKeyDown(code);
+        if (code == 0)
+            continue;
+        int press = ascii;
+        if (onKeyPress)
+            onKeyPress(press);
+        if (press != 0)
+            edit(press);
+    }
+}
+
+void TextBox::operatorSetText(const std::string& text)
+{
+    if (locked)
+        return;
+    setText(text);
+    setSelStart(static_cast<int>(text_.size()));
+}
+
+void TextBox::edit(int keyAscii)
+{
+    if (locked || !enabled())
+        return;
+    switch (keyAscii) {
+    case kKeyBackspace:
+        if (selLength_ == 0 && selStart_ > 0) {
+            selStart_ -= 1;
+            selLength_ = 1;
+        }
+        setSelText({});
+        return;
+    case kKeyEnter:
+        if (multiLine)
+            setSelText("\r\n");
+        return;
+    case kKeyTab:
+        if (multiLine)
+            setSelText("\t");
+        return;
+    case kKeyEscape:
+        return;
+    default:
+        if (keyAscii >= 32)
+            setSelText(std::string(1, static_cast<char>(keyAscii)));
+    }
+}
+
+std::optional<std::string> TextBox::property(std::string_view name) const
+{
+    if (name == "text")
+        return text_;
+    if (name == "selstart")
+        return std::to_string(selStart_);
+    if (name == "sellength")
+        return std::to_string(selLength_);
+    if (name == "locked")
+        return Bool(locked);
+    return Control::property(name);
+}
+
+void TextBox::captureDesign()
+{
+    Control::captureDesign();
+    designText_ = text_;
+}
+
+void TextBox::restoreDesign()
+{
+    Control::restoreDesign();
+    // The designed text is no edit: it comes back without a Change.
+    if (text_ != designText_ || selStart_ != 0 || selLength_ != 0) {
+        text_ = designText_;
+        selStart_ = 0;
+        selLength_ = 0;
+        changed();
+    }
+}
+
+// ---- CheckBox
+
+CheckBox::CheckBox(Form& form, std::string name, std::string caption, int value)
+    : Control(form, std::move(name), ControlKind::CheckBox), caption_(std::move(caption)), value_(value)
+{
+}
+
+void CheckBox::setValue(int value)
+{
+    if (value_ == value)
+        return;
+    value_ = value;
+    changed();
+    raise(onClick);
+}
+
+void CheckBox::operatorClick() { setValue(value_ == 1 ? 0 : 1); }
+
+std::optional<std::string> CheckBox::property(std::string_view name) const
+{
+    if (name == "value")
+        return std::to_string(value_);
+    if (name == "caption")
+        return caption_;
+    return Control::property(name);
+}
+
+void CheckBox::captureDesign()
+{
+    Control::captureDesign();
+    designValue_ = value_;
+}
+
+void CheckBox::restoreDesign()
+{
+    Control::restoreDesign();
+    if (value_ != designValue_) {
+        value_ = designValue_;
+        changed();
+    }
+}
+
+// ---- OptionButton
+
+OptionButton::OptionButton(Form& form, std::string name, std::string group, std::string caption, bool value)
+    : Control(form, std::move(name), ControlKind::OptionButton), group_(std::move(group)), caption_(std::move(caption)),
+      value_(value)
+{
+}
+
+void OptionButton::setValue(bool value)
+{
+    if (value_ == value)
+        return;
+    value_ = value;
+    changed();
+    if (!value)
+        return;
+    for (Control* other : form().controls()) {
+        auto* sibling = dynamic_cast<OptionButton*>(other);
+        if (sibling && sibling != this && sibling->group_ == group_ && sibling->value_) {
+            sibling->value_ = false;
+            sibling->changed();
+        }
+    }
+    raise(onClick);
+}
+
+void OptionButton::operatorClick() { setValue(true); }
+
+std::optional<std::string> OptionButton::property(std::string_view name) const
+{
+    if (name == "value")
+        return value_ ? "1" : "0";
+    if (name == "caption")
+        return caption_;
+    return Control::property(name);
+}
+
+void OptionButton::captureDesign()
+{
+    Control::captureDesign();
+    designValue_ = value_;
+}
+
+void OptionButton::restoreDesign()
+{
+    Control::restoreDesign();
+    if (value_ != designValue_) {
+        value_ = designValue_;
+        changed();
+    }
+}
+
+// ---- Picture
+
+Picture::Picture(Form& form, std::string name, std::string picture)
+    : Control(form, std::move(name), ControlKind::Picture), picture_(std::move(picture))
+{
+}
+
+void Picture::setPicture(const std::string& picture)
+{
+    if (picture_ == picture)
+        return;
+    picture_ = picture;
+    changed();
+}
+
+std::optional<std::string> Picture::property(std::string_view name) const
+{
+    if (name == "picture")
+        return picture_;
+    return Control::property(name);
+}
+
+void Picture::captureDesign()
+{
+    Control::captureDesign();
+    designPicture_ = picture_;
+}
+
+void Picture::restoreDesign()
+{
+    Control::restoreDesign();
+    setPicture(designPicture_);
+}
+
+// ---- Timer
+
+Timer::Timer(Form& form, std::string name, int intervalMs, bool enabled)
+    : Control(form, std::move(name), ControlKind::Timer), interval_(intervalMs), timerEnabled_(enabled),
+      designInterval_(intervalMs), designTimerEnabled_(enabled)
+{
+    setVisible(false);
+}
+
+void Timer::setInterval(int intervalMs)
+{
+    if (interval_ == intervalMs)
+        return;
+    interval_ = intervalMs;
+    armingChanged();
+}
+
+void Timer::setTimerEnabled(bool enabled)
+{
+    if (timerEnabled_ == enabled)
+        return;
+    timerEnabled_ = enabled;
+    armingChanged();
+}
+
+bool Timer::running() const { return form().loaded() && timerEnabled_ && interval_ > 0; }
+
+void Timer::tick()
+{
+    if (!running() || ticking_)
+        return;
+    ticking_ = true;
+    raise(onTick);
+    ticking_ = false;
+}
+
+void Timer::armingChanged()
+{
+    changed();
+    if (form().loaded())
+        CurrentPlatform().timerChanged(*this);
+}
+
+std::optional<std::string> Timer::property(std::string_view name) const
+{
+    if (name == "interval")
+        return std::to_string(interval_);
+    if (name == "enabled")
+        return Bool(timerEnabled_);
+    return Control::property(name);
+}
+
+void Timer::captureDesign()
+{
+    Control::captureDesign();
+    designInterval_ = interval_;
+    designTimerEnabled_ = timerEnabled_;
+}
+
+void Timer::restoreDesign()
+{
+    Control::restoreDesign();
+    interval_ = designInterval_;
+    timerEnabled_ = designTimerEnabled_;
+}
+
+// ---- ProgressBar
+
+ProgressBar::ProgressBar(Form& form, std::string name, int min, int max)
+    : Control(form, std::move(name), ControlKind::ProgressBar), min_(min), max_(max), value_(min)
+{
+}
+
+void ProgressBar::setValue(int value)
+{
+    const int clamped = std::clamp(value, min_, max_);
+    if (clamped == value_)
+        return;
+    value_ = clamped;
+    changed();
+}
+
+std::optional<std::string> ProgressBar::property(std::string_view name) const
+{
+    if (name == "value")
+        return std::to_string(value_);
+    return Control::property(name);
+}
+
+void ProgressBar::captureDesign()
+{
+    Control::captureDesign();
+    designValue_ = value_;
+}
+
+void ProgressBar::restoreDesign()
+{
+    Control::restoreDesign();
+    setValue(designValue_);
+}
+
+// ---- ListBox
+
+ListBox::ListBox(Form& form, std::string name) : Control(form, std::move(name), ControlKind::ListBox) {}
+
+void ListBox::addItem(const std::string& item)
+{
+    items_.push_back(item);
+    changed();
+}
+
+void ListBox::clear()
+{
+    if (items_.empty() && listIndex_ == -1)
+        return;
+    items_.clear();
+    listIndex_ = -1;
+    changed();
+}
+
+void ListBox::setListIndex(int index)
+{
+    const int clamped = index < 0 || index >= static_cast<int>(items_.size()) ? -1 : index;
+    if (clamped == listIndex_)
+        return;
+    listIndex_ = clamped;
+    changed();
+    raise(onClick);
+}
+
+std::optional<std::string> ListBox::property(std::string_view name) const
+{
+    if (name == "value")
+        return std::to_string(listIndex_);
+    if (name == "text")
+        return listIndex_ >= 0 ? items_[static_cast<std::size_t>(listIndex_)] : std::string();
+    return Control::property(name);
+}
+
+void ListBox::captureDesign()
+{
+    Control::captureDesign();
+    designItems_ = items_;
+}
+
+void ListBox::restoreDesign()
+{
+    Control::restoreDesign();
+    if (items_ == designItems_ && listIndex_ == -1)
+        return;
+    items_ = designItems_;
+    listIndex_ = -1;
+    changed();
+}
+
+// ---- ToolBar
+
+ToolBar::ToolBar(Form& form, std::string name, std::vector<ToolButton> buttons)
+    : Control(form, std::move(name), ControlKind::ToolBar), buttons_(std::move(buttons))
+{
+}
+
+bool ToolBar::pressButton(std::string_view key)
+{
+    for (const ToolButton& button : buttons_) {
+        if (!button.key.empty() && button.key == key) {
+            if (!button.enabled || !enabled())
+                return false;
+            if (onButtonClick)
+                onButtonClick(button.key);
+            return true;
+        }
+    }
+    return false;
+}
+
+// ---- MenuItem
+
+MenuItem::MenuItem(Form& form, std::string name, std::string parent, std::string caption, std::string shortcut)
+    : Control(form, std::move(name), ControlKind::MenuItem), parent_(std::move(parent)), caption_(std::move(caption)),
+      shortcut_(std::move(shortcut))
+{
+}
+
+void MenuItem::setCaption(const std::string& caption)
+{
+    if (caption_ == caption)
+        return;
+    caption_ = caption;
+    changed();
+}
+
+std::optional<std::string> MenuItem::property(std::string_view name) const
+{
+    if (name == "caption")
+        return caption_;
+    return Control::property(name);
+}
+
+} // namespace marlune::forms

@@ -1,0 +1,323 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace marlune::forms {
+
+class Form;
+
+enum class ControlKind {
+    TextBox,
+    Label,
+    Frame,
+    Button,
+    CheckBox,
+    OptionButton,
+    Picture,
+    Timer,
+    ProgressBar,
+    ListBox,
+    ToolBar,
+    MenuItem,
+};
+
+std::string_view KindName(ControlKind kind);
+
+// Key codes that the forms look at.
+inline constexpr int kKeyBackspace = 8;
+inline constexpr int kKeyTab = 9;
+inline constexpr int kKeyEnter = 13;
+inline constexpr int kKeyEscape = 27;
+
+// A named control of a form with one value and the events of a classic forms toolkit.
+// Setting a value from code raises the same event as an operator's change; setting the value
+// a control already has raises nothing. The view (the Qt binder) is told of every change.
+class Control {
+public:
+    Control(Form& form, std::string name, ControlKind kind);
+    virtual ~Control();
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    const std::string& name() const { return name_; }
+    ControlKind kind() const { return kind_; }
+    Form& form() const { return form_; }
+
+    bool enabled() const { return enabled_; }
+    void setEnabled(bool enabled);
+    bool visible() const { return visible_; }
+    void setVisible(bool visible);
+
+    // Operator actions, as the Qt binder and the scenario runner deliver them.
+    virtual void operatorClick();
+    void operatorDoubleClick();
+    void operatorMouseDown(int button);
+
+    // Generic read access by property name ("text", "value", "caption", …), for the
+    // scenario runner and the binder; nothing for a property the control does not have.
+    virtual std::optional<std::string> property(std::string_view name) const;
+
+    // The state of the control as designed, restored at every load of its form.
+    virtual void captureDesign();
+    virtual void restoreDesign();
+
+    std::function<void()> onClick;
+    std::function<void()> onDblClick;
+    std::function<void(int button)> onMouseDown;
+    std::function<void()> onGotFocus;
+
+protected:
+    void changed();
+    static void raise(const std::function<void()>& handler)
+    {
+        if (handler)
+            handler();
+    }
+
+private:
+    Form& form_;
+    std::string name_;
+    ControlKind kind_;
+    bool enabled_ = true;
+    bool visible_ = true;
+    bool designEnabled_ = true;
+    bool designVisible_ = true;
+};
+
+// A control with a caption: label, frame, button.
+class CaptionControl : public Control {
+public:
+    CaptionControl(Form& form, std::string name, ControlKind kind, std::string caption);
+    const std::string& caption() const { return caption_; }
+    void setCaption(const std::string& caption);
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    std::string caption_;
+    std::string designCaption_;
+};
+
+class Label final : public CaptionControl {
+public:
+    Label(Form& form, std::string name, std::string caption);
+};
+
+class Frame final : public CaptionControl {
+public:
+    Frame(Form& form, std::string name, std::string caption);
+};
+
+class Button final : public CaptionControl {
+public:
+    Button(Form& form, std::string name, std::string caption);
+    bool isDefault = false; // Enter presses it
+    bool isCancel = false;  // Escape presses it
+    std::string toolTip;
+};
+
+class TextBox final : public Control {
+public:
+    TextBox(Form& form, std::string name, std::string text = {});
+
+    const std::string& text() const { return text_; }
+    // Raises Change when the text differs; the caret goes to the start, as on any new text.
+    void setText(const std::string& text);
+    int selStart() const { return selStart_; }
+    int selLength() const { return selLength_; }
+    void setSelStart(int start);
+    void setSelLength(int length);
+    std::string selText() const;
+    // Replaces the selection, puts the caret behind the new text, raises Change when it changed.
+    void setSelText(const std::string& text);
+
+    bool locked = false;
+    bool multiLine = false;
+    std::string fontName;
+
+    // An operator's key: KeyDown, then KeyPress for a character key (the handler may swallow
+    // it by setting the code to 0), then the text box's own editing of an unlocked box.
+    void operatorKey(int keyCode);
+    void operatorType(std::string_view text);
+    // An operator's edit of the whole text (paste over everything, or the binder's sync).
+    void operatorSetText(const std::string& text);
+
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+    std::function<void()> onChange;
+    std::function<void(int& keyCode)> onKeyDown;
+    std::function<void(int& keyAscii)> onKeyPress;
+
+private:
+    void edit(int keyAscii);
+    std::string text_;
+    int selStart_ = 0;
+    int selLength_ = 0;
+    std::string designText_;
+};
+
+class CheckBox final : public Control {
+public:
+    CheckBox(Form& form, std::string name, std::string caption, int value = 0);
+    int value() const { return value_; }
+    // Raises Click when the value changes.
+    void setValue(int value);
+    const std::string& caption() const { return caption_; }
+    void operatorClick() override;
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    std::string caption_;
+    int value_ = 0;
+    int designValue_ = 0;
+};
+
+// Option buttons with the same group are exclusive: selecting one clears the others.
+class OptionButton final : public Control {
+public:
+    OptionButton(Form& form, std::string name, std::string group, std::string caption, bool value = false);
+    bool value() const { return value_; }
+    // true selects this button, clears its siblings and raises Click; false only clears it.
+    void setValue(bool value);
+    const std::string& group() const { return group_; }
+    const std::string& caption() const { return caption_; }
+    void operatorClick() override;
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    std::string group_;
+    std::string caption_;
+    bool value_ = false;
+    bool designValue_ = false;
+};
+
+// A picture control shows one picture of the form's vocabulary, named ("OutputOn").
+class Picture final : public Control {
+public:
+    Picture(Form& form, std::string name, std::string picture = {});
+    const std::string& picture() const { return picture_; }
+    void setPicture(const std::string& picture);
+    std::string toolTip;
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    std::string picture_;
+    std::string designPicture_;
+};
+
+// Ticks only while its form is loaded and it is enabled. A tick never re-enters the handler of
+// the same timer: a tick that falls due while the last one still runs (behind a message box)
+// is dropped.
+class Timer final : public Control {
+public:
+    Timer(Form& form, std::string name, int intervalMs, bool enabled = true);
+    int interval() const { return interval_; }
+    void setInterval(int intervalMs);
+    bool timerEnabled() const { return timerEnabled_; }
+    void setTimerEnabled(bool enabled);
+    // Loaded form, enabled, interval above 0.
+    bool running() const;
+    // Called by the platform when the interval has passed.
+    void tick();
+    std::function<void()> onTick;
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    void armingChanged();
+    int interval_;
+    bool timerEnabled_;
+    int designInterval_;
+    bool designTimerEnabled_;
+    bool ticking_ = false;
+};
+
+class ProgressBar final : public Control {
+public:
+    ProgressBar(Form& form, std::string name, int min, int max);
+    int min() const { return min_; }
+    int max() const { return max_; }
+    int value() const { return value_; }
+    void setValue(int value);
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    int min_;
+    int max_;
+    int value_;
+    int designValue_ = 0;
+};
+
+class ListBox final : public Control {
+public:
+    ListBox(Form& form, std::string name);
+    const std::vector<std::string>& items() const { return items_; }
+    void addItem(const std::string& item);
+    void clear();
+    int listIndex() const { return listIndex_; }
+    void setListIndex(int index);
+    std::optional<std::string> property(std::string_view name) const override;
+    void captureDesign() override;
+    void restoreDesign() override;
+
+private:
+    std::vector<std::string> items_;
+    int listIndex_ = -1;
+    std::vector<std::string> designItems_;
+};
+
+struct ToolButton {
+    std::string key; // empty for a separator
+    std::string toolTip;
+    std::string image;
+    bool enabled = true;
+};
+
+// A tool bar: buttons told apart by their key, compared exactly.
+class ToolBar final : public Control {
+public:
+    ToolBar(Form& form, std::string name, std::vector<ToolButton> buttons);
+    const std::vector<ToolButton>& buttons() const { return buttons_; }
+    // Raises ButtonClick for the button with exactly this key; false when there is none.
+    bool pressButton(std::string_view key);
+    std::function<void(const std::string& key)> onButtonClick;
+
+private:
+    std::vector<ToolButton> buttons_;
+};
+
+// A menu entry of a form's menu tree. Entries stand in the order they were added; a top
+// entry has no parent. A caption "-" is a separator.
+class MenuItem final : public Control {
+public:
+    MenuItem(Form& form, std::string name, std::string parent, std::string caption, std::string shortcut = {});
+    const std::string& parent() const { return parent_; }
+    const std::string& caption() const { return caption_; }
+    const std::string& shortcut() const { return shortcut_; }
+    bool isSeparator() const { return caption_ == "-"; }
+    void setCaption(const std::string& caption);
+    std::optional<std::string> property(std::string_view name) const override;
+
+private:
+    std::string parent_;
+    std::string caption_;
+    std::string shortcut_;
+};
+
+} // namespace marlune::forms

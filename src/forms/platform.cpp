@@ -1,0 +1,37 @@
+#include "forms/platform.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "forms/form.h"
+
+namespace marlune::forms {
+
+namespace {
+Platform* gPlatform = nullptr;
+}
+
+Platform& CurrentPlatform()
+{
+    if (!gPlatform) {
+        std::fputs("marlune: no platform was set before the first form was used\n", stderr);
+        std::abort();
+    }
+    return *gPlatform;
+}
+
+void SetPlatform(Platform* platform) { gPlatform = platform; }
+
+MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, MessageIcon icon, const std::string& title)
+{
+    return CurrentPlatform().messageBox({text, title.empty() ? std::string(kApplicationTitle) : title, buttons, icon});
+}
+
+void ShowModal(Form& form, Form* owner)
+{
+    if (!form.loaded() && !form.load())
+        return;
+    CurrentPlatform().runModal(form, owner);
+}
+
+} // namespace marlune::forms

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace marlune::forms {
+
+class Form;
+class Timer;
+
+inline constexpr const char* kApplicationTitle = "Marlune Desk";
+
+enum class MessageButtons { OK, YesNo };
+enum class MessageIcon { None, Question, Information, Exclamation, Critical };
+enum class MessageAnswer { OK, Yes, No, Cancel };
+
+struct MessageRequest {
+    std::string text;
+    std::string title;
+    MessageButtons buttons = MessageButtons::OK;
+    MessageIcon icon = MessageIcon::None;
+};
+
+struct FileDialogRequest {
+    std::string title;
+    std::string filter;      // "Marlune Program Files (*.dat)|*.dat"
+    std::string initialName; // preset in the name box
+    bool save = true;        // the save dialog, else the open dialog
+};
+
+// A file dialog either returns a name, or the operator cancelled, or it failed.
+struct FileDialogResult {
+    enum class Outcome { Chosen, Cancelled, Failed } outcome = Outcome::Cancelled;
+    std::string fileName;
+    std::string error;
+};
+
+struct PrintDialogResult {
+    enum class Outcome { Chosen, Cancelled, Failed } outcome = Outcome::Cancelled;
+    std::string error;
+};
+
+// The frame's four arrangements of its children.
+enum class Arrangement { Cascade = 0, TileHorizontal = 1, TileVertical = 2, ArrangeIcons = 3 };
+
+// Everything a desktop offers the forms. The Qt layer implements it with widgets; the headless
+// layer with a virtual clock and scripted answers.
+class Platform {
+public:
+    virtual ~Platform() = default;
+
+    virtual MessageAnswer messageBox(const MessageRequest& request) = 0;
+
+    // `form` is loaded. Shows it modally and returns when it has unloaded.
+    virtual void runModal(Form& form, Form* owner) = 0;
+    // Shows a loaded form without waiting: the frame itself, or a child of the frame.
+    virtual void showModeless(Form& form, Form* parentFrame) = 0;
+    // The form has unloaded: its window goes.
+    virtual void formUnloaded(Form& form) = 0;
+
+    // The multiple-document frame.
+    virtual void arrange(Arrangement arrangement) = 0;
+    virtual Form* activeChild() = 0;
+    virtual void activate(Form& child) = 0;
+
+    // A timer was started, stopped or given a new interval.
+    virtual void timerChanged(Timer& timer) = 0;
+
+    virtual FileDialogResult fileDialog(const FileDialogRequest& request) = 0;
+    virtual PrintDialogResult printDialog(const std::string& title) = 0;
+    // Prints a text on the printer chosen in the last print dialog; false on failure.
+    virtual bool printText(const std::string& text) = 0;
+
+    virtual std::string clipboardText() = 0;
+    virtual void setClipboardText(const std::string& text) = 0;
+
+    // The per-user settings store.
+    virtual void saveSetting(const std::string& application, const std::string& section, const std::string& key,
+                             const std::string& value) = 0;
+
+    // Shows the help viewer for a help file; returns an error description, or nothing.
+    virtual std::optional<std::string> showHelp(const std::string& file, int command) = 0;
+};
+
+// The platform of this process, set once at start.
+Platform& CurrentPlatform();
+void SetPlatform(Platform* platform);
+
+// A message box with the application title unless another is given.
+MessageAnswer MsgBox(const std::string& text, MessageButtons buttons = MessageButtons::OK,
+                     MessageIcon icon = MessageIcon::None, const std::string& title = {});
+
+// Loads the form when it is not loaded, then shows it modally; returns when it has unloaded.
+void ShowModal(Form& form, Form* owner);
+
+} // namespace marlune::forms

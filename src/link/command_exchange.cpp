@@ -1,0 +1,133 @@
+#include "link/command_exchange.h"
+
+#include <array>
+
+#include "forms/platform.h"
+#include "forms/text.h"
+#include "link/controller_link.h"
+
+namespace marlune::link {
+
+namespace {
+
+using SendBuffer = std::array<char, kSendBufferSize>;
+using ReceiveBuffer = std::array<char, kReceiveBufferSize>;
+
+bool KnownKind(std::int16_t kind) { return kind >= 1 && kind <= 3; }
+
+bool Succeeded(std::int32_t result) { return (result & 0xFFFF) != 0; }
+
+enum class Framed { Empty, TooLong, Ready };
+
+// Cleans `command` in place, checks its length and writes the frame (command up to the first
+// CR, then CR) into `frame`, which the caller has zeroed.
+Framed Frame(std::string& command, SendBuffer& frame, bool& listing)
+{
+    command = CleanCommand(command);
+    if (command.empty())
+        return Framed::Empty;
+    if (command.size() > kLongestCommand) {
+        forms::MsgBox("Command too long: " + command);
+        return Framed::TooLong;
+    }
+    listing = forms::ContainsUpper(command, "LIST");
+    std::size_t n = 0;
+    for (char c : command) {
+        if (c == '\r')
+            break;
+        frame[n++] = c;
+    }
+    frame[n] = '\r';
+    return Framed::Ready;
+}
+
+// The reply text from the receive buffer: up to a NUL or 0x04, or the end of the buffer.
+void Unframe(const ReceiveBuffer& buffer, bool listing, std::string& reply)
+{
+    reply.clear();
+    for (char c : buffer) {
+        if (c == '\0' || c == '\x04')
+            break;
+        if ((c == '\r' || c == '\n') && !listing)
+            continue;
+        reply.push_back(c);
+    }
+}
+
+} // namespace
+
+std::string CleanCommand(const std::string& command)
+{
+    std::string cleaned;
+    cleaned.reserve(command.size());
+    for (char c : command) {
+        if (c == ';')
+            break;
+        if (c != ' ')
+            cleaned.push_back(c);
+    }
+    return cleaned;
+}
+
+bool SendCommand(std::string& command, std::string& reply)
+{
+    SendBuffer frame{};
+    bool listing = false;
+    switch (Frame(command, frame, listing)) {
+    case Framed::Empty: return true;
+    case Framed::TooLong: return false;
+    case Framed::Ready: break;
+    }
+    const ControllerLink& link = Link();
+    if (!KnownKind(link.linkKind)) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    ReceiveBuffer received{};
+    if (!Succeeded(Com().sendRecv(link.linkKind, link.linkHandle, frame.data(), received.data()))) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    Unframe(received, listing, reply);
+    return true;
+}
+
+bool SendCommandPair(std::string& firstCommand, std::string& secondCommand, std::string& reply)
+{
+    SendBuffer first{};
+    SendBuffer second{};
+    bool listing = false;
+    switch (Frame(firstCommand, first, listing)) {
+    case Framed::Empty: return true;
+    case Framed::TooLong: return false;
+    case Framed::Ready: break;
+    }
+    switch (Frame(secondCommand, second, listing)) {
+    case Framed::Empty: return true;
+    case Framed::TooLong: return false;
+    case Framed::Ready: break;
+    }
+    const ControllerLink& link = Link();
+    if (!KnownKind(link.linkKind)) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    ReceiveBuffer received{};
+    std::int32_t result = 0;
+    if (link.linkKind == 3) {
+        for (int i = 0; i < 100; ++i) {
+            result = Com().sendRecv(link.linkKind, link.linkHandle, first.data(), received.data());
+            result = Com().sendRecv(link.linkKind, link.linkHandle, second.data(), received.data());
+        }
+    } else {
+        result = Com().sendRecv(link.linkKind, link.linkHandle, first.data(), received.data());
+    }
+    if (!Succeeded(result)) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    Unframe(received, listing, reply);
+    return true;
+}
+
+} // namespace marlune::link

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+namespace marlune::link {
+
+inline constexpr std::size_t kLongestCommand = 32;
+inline constexpr const char* kExchangeFailedText = "Error in Send Receive!";
+
+// Removes the blanks (0x20 only) and everything from the first ';' on.
+std::string CleanCommand(const std::string& command);
+
+// One cleaned command and its reply over the open link. `command` is left cleaned.
+// Empty after cleaning: true, nothing sent, `reply` untouched. Longer than 32 characters:
+// "Command too long: " message, false. Failed exchange: `reply` is "Error in Send Receive!",
+// false. Otherwise `reply` is the reply text (CR and LF kept only for a listing), true.
+bool SendCommand(std::string& command, std::string& reply);
+
+// The diagnostic pair of the terminal's Test button: on a virtual COM port the two commands
+// go out in turn a hundred times, on the other kinds the first goes out once.
+bool SendCommandPair(std::string& firstCommand, std::string& secondCommand, std::string& reply);
+
+} // namespace marlune::link

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace marlune::link {
+
+inline constexpr const char* kLinkSettingsFile = "marlunecom.ini";
+inline constexpr const char* kDefaultIpAddress = "192.168.1.250";
+inline constexpr const char* kDefaultComPort = "COM1";
+
+// Reads marlunecom.ini from the working directory into the three fields (defaults when the
+// file does not exist; a line that cannot be read or converted leaves its field alone), then
+// derives linkAddress. Always true.
+bool LoadLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort);
+
+// Replaces marlunecom.ini with the three lines. When the file cannot be written the operator
+// is told which file and why, the settings stay in memory, and the result is false.
+bool SaveLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort);
+
+} // namespace marlune::link
