@@ -1,0 +1,79 @@
+#include "shell/frm_main.h"
+
+#include <string>
+
+#include "forms/platform.h"
+#include "shell/menu_table.h"
+#include "shell/program.h"
+#include "tools/terminal.h"
+
+namespace marlune::shell {
+
+namespace {
+
+std::vector<forms::ToolButton> ToolButtons()
+{
+    std::vector<forms::ToolButton> buttons;
+    for (const ToolPlace& place : kToolBarTable)
+        buttons.push_back({std::string(place.key), std::string(place.toolTip), std::string(place.key), true});
+    return buttons;
+}
+
+} // namespace
+
+FrmMain::FrmMain(Program& program)
+    : forms::Form("frmMain", "MarluneDesk"), tbToolBar(add<forms::ToolBar>("tbToolBar", ToolButtons())),
+      program_(program)
+{
+    buildMenus();
+    connectMenus();
+    tbToolBar.onButtonClick = [this](const std::string& key) { toolButtonClicked(key); };
+}
+
+void FrmMain::buildMenus()
+{
+    for (const MenuEntry& entry : kMenuTable)
+        add<forms::MenuItem>(std::string(entry.name), std::string(entry.parent), std::string(entry.caption),
+                             std::string(entry.shortcut));
+}
+
+void FrmMain::connectMenus()
+{
+    menuItem("mnuFileExit")->onClick = [this] { unload(); };
+    menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
+    menuItem("mnuWindowCascade")->onClick = [] { forms::CurrentPlatform().arrange(forms::Arrangement::Cascade); };
+    menuItem("mnuWindowArrangeIcons")->onClick = [] {
+        forms::CurrentPlatform().arrange(forms::Arrangement::ArrangeIcons);
+    };
+}
+
+void FrmMain::toolButtonClicked(const std::string& key)
+{
+    for (const ToolPlace& place : kToolBarTable) {
+        if (!place.key.empty() && place.key == key) {
+            runMenu(place.menu);
+            return;
+        }
+    }
+}
+
+void FrmMain::runMenu(std::string_view name)
+{
+    if (forms::MenuItem* item = menuItem(name); item && item->onClick)
+        item->onClick();
+}
+
+bool FrmMain::formUnload()
+{
+    if (windowState != forms::WindowState::Minimized) {
+        forms::Platform& platform = forms::CurrentPlatform();
+        const auto twips = [](int pixels) { return std::to_string(pixels * kTwipsPerPixel); };
+        platform.saveSetting(forms::kApplicationTitle, kSettingsSection, "MainLeft", twips(left));
+        platform.saveSetting(forms::kApplicationTitle, kSettingsSection, "MainTop", twips(top));
+        platform.saveSetting(forms::kApplicationTitle, kSettingsSection, "MainWidth", twips(width));
+        platform.saveSetting(forms::kApplicationTitle, kSettingsSection, "MainHeight", twips(height));
+    }
+    return true;
+}
+
+} // namespace marlune::shell

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string_view>
+
+#include "forms/form.h"
+
+namespace marlune::shell {
+
+class Program;
+
+// Keys of the frame's per-user settings: written at shut-down, read nowhere.
+inline constexpr const char* kSettingsSection = "Settings";
+inline constexpr int kTwipsPerPixel = 15;
+
+// The main frame: the menu tree and tool bar, which are the program's only way into its
+// functions, and the multiple-document frame that holds the project windows.
+class FrmMain final : public forms::Form {
+public:
+    explicit FrmMain(Program& program);
+
+    forms::ToolBar& tbToolBar;
+
+    forms::MenuItem* menuItem(std::string_view name) const { return find<forms::MenuItem>(name); }
+
+protected:
+    bool formUnload() override;
+
+private:
+    void buildMenus();
+    void connectMenus();
+    void toolButtonClicked(const std::string& key);
+    void runMenu(std::string_view name);
+
+    Program& program_;
+};
+
+} // namespace marlune::shell

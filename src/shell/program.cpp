@@ -1,0 +1,47 @@
+#include "shell/program.h"
+
+#include "forms/platform.h"
+#include "link/controller_link.h"
+#include "link/link_settings.h"
+#include "shell/frm_main.h"
+#include "tools/terminal.h"
+
+namespace marlune::shell {
+
+Program::Program() { link::ResetLink(); }
+
+Program::~Program() = default;
+
+void Program::Main()
+{
+    link::ControllerLink& link = link::Link();
+    link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
+    FrmMain& main = frame();
+    if (main.load())
+        forms::CurrentPlatform().showModeless(main, nullptr);
+}
+
+FrmMain& Program::frame()
+{
+    if (!frame_)
+        frame_ = std::make_unique<FrmMain>(*this);
+    return *frame_;
+}
+
+tools::Terminal& Program::terminal()
+{
+    if (!terminal_)
+        terminal_ = std::make_unique<tools::Terminal>();
+    return *terminal_;
+}
+
+forms::Form* Program::findForm(std::string_view name)
+{
+    if (name == "frmMain")
+        return frame_.get();
+    if (name == "Terminal")
+        return terminal_.get();
+    return nullptr;
+}
+
+} // namespace marlune::shell

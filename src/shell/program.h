@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+namespace marlune::forms {
+class Form;
+}
+namespace marlune::tools {
+class Terminal;
+}
+
+namespace marlune::shell {
+
+class FrmMain;
+
+// The running program: its global state and the single instances of its forms, each made at
+// first use and used again after it was closed. A new Program starts from a clean slate
+// (no link settings read, no link, no forms), which is how every scenario starts.
+class Program final {
+public:
+    Program();
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    // Start-up: reads the link settings, then creates and shows the frame, not modally.
+    void Main();
+
+    FrmMain& frame();
+    tools::Terminal& terminal();
+
+    // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
+    // later "frmProjectProgram[2]"); nothing when there is none.
+    forms::Form* findForm(std::string_view name);
+
+private:
+    std::unique_ptr<FrmMain> frame_;
+    std::unique_ptr<tools::Terminal> terminal_;
+};
+
+} // namespace marlune::shell
