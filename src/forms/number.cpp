@@ -134,16 +134,14 @@ std::optional<std::int16_t> ToInt16(std::string_view text)
 
 std::string DescribeNumberError(std::string_view text, NumberError error, std::int64_t min, std::int64_t max)
 {
-    const std::string range = std::to_string(min) + " to " + std::to_string(max);
-    switch (error) {
-    case NumberError::None:
+    if (error == NumberError::None)
         return {};
-    case NumberError::NotANumber:
-        return "\"" + std::string(text) + "\" is not a number. Enter a whole number from " + range + ".";
-    case NumberError::OutOfRange:
-        return "\"" + std::string(text) + "\" is out of range. Enter a whole number from " + range + ".";
-    }
-    return {};
+    std::string sentence;
+    sentence.append("\"").append(text).append("\"");
+    sentence.append(error == NumberError::NotANumber ? " is not a number." : " is out of range.");
+    sentence.append(" Enter a whole number from ").append(std::to_string(min)).append(" to ");
+    sentence.append(std::to_string(max)).append(".");
+    return sentence;
 }
 
 std::int64_t DivideRoundHalfEven(std::int64_t numerator, std::int64_t denominator)
