@@ -69,7 +69,7 @@ std::optional<Decimal> Scan(std::string_view text)
 
 } // namespace
 
-WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64_t max)
+WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64_t max, Fraction fraction)
 {
     const auto scanned = Scan(text);
     if (!scanned)
@@ -78,7 +78,7 @@ WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64
 
     // Split into the whole part and the dropped fraction.
     std::string whole;
-    std::string fraction;
+    std::string dropped;
     if (d.exponent >= 0) {
         whole = d.digits;
         if (d.exponent > 40)
@@ -88,9 +88,9 @@ WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64
         const std::int64_t cut = static_cast<std::int64_t>(d.digits.size()) + d.exponent;
         if (cut > 0) {
             whole = d.digits.substr(0, static_cast<std::size_t>(cut));
-            fraction = d.digits.substr(static_cast<std::size_t>(cut));
+            dropped = d.digits.substr(static_cast<std::size_t>(cut));
         } else {
-            fraction = std::string(static_cast<std::size_t>(-cut), '0') + d.digits;
+            dropped = std::string(static_cast<std::size_t>(-cut), '0') + d.digits;
         }
     }
     std::size_t firstNonZero = whole.find_first_not_of('0');
@@ -101,10 +101,13 @@ WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64
     for (char c : whole)
         magnitude = magnitude * 10 + (c - '0');
 
+    const bool hasFraction = dropped.find_first_not_of('0') != std::string::npos;
+    if (hasFraction && fraction == Fraction::Refuse)
+        return {0, NumberError::NotWhole};
     // Round half to even on the dropped fraction.
-    if (!fraction.empty()) {
-        const char first = fraction[0];
-        const bool restZero = fraction.find_first_not_of('0', 1) == std::string::npos;
+    if (hasFraction) {
+        const char first = dropped[0];
+        const bool restZero = dropped.find_first_not_of('0', 1) == std::string::npos;
         if (first > '5' || (first == '5' && !restZero) || (first == '5' && restZero && magnitude % 2 == 1))
             ++magnitude;
     }
@@ -138,7 +141,11 @@ std::string DescribeNumberError(std::string_view text, NumberError error, std::i
         return {};
     std::string sentence;
     sentence.append("\"").append(text).append("\"");
-    sentence.append(error == NumberError::NotANumber ? " is not a number." : " is out of range.");
+    switch (error) {
+    case NumberError::NotANumber: sentence.append(" is not a number."); break;
+    case NumberError::NotWhole: sentence.append(" is not a whole number."); break;
+    default: sentence.append(" is out of range."); break;
+    }
     sentence.append(" Enter a whole number from ").append(std::to_string(min)).append(" to ");
     sentence.append(std::to_string(max)).append(".");
     return sentence;

@@ -8,7 +8,11 @@
 namespace marlune::forms {
 
 // Why a text could not be turned into a whole number.
-enum class NumberError { None, NotANumber, OutOfRange };
+enum class NumberError { None, NotANumber, NotWhole, OutOfRange };
+
+// What becomes of a fraction: rounded (the rule of the program), or refused where only a
+// whole number makes sense to the operator.
+enum class Fraction { Round, Refuse };
 
 struct WholeNumber {
     std::int64_t value = 0;
@@ -21,7 +25,8 @@ struct WholeNumber {
 // number, a sign, a decimal fraction and an exponent ("12", " -3.5 ", "1e3"), and rounds to
 // the nearest whole number with ties to the even one, exactly (no floating point).
 // A result outside [min, max] is OutOfRange; anything else that is no number is NotANumber.
-WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64_t max);
+WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64_t max,
+                             Fraction fraction = Fraction::Round);
 
 std::optional<std::int32_t> ToInt32(std::string_view text);
 std::optional<std::int16_t> ToInt16(std::string_view text);

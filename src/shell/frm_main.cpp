@@ -5,6 +5,7 @@
 #include "forms/platform.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
+#include "panel/main_control.h"
 #include "tools/terminal.h"
 
 namespace marlune::shell {
@@ -40,6 +41,7 @@ void FrmMain::buildMenus()
 void FrmMain::connectMenus()
 {
     menuItem("mnuFileExit")->onClick = [this] { unload(); };
+    menuItem("mnuToolsmnuControl")->onClick = [this] { forms::ShowModal(program_.mainControl(), this); };
     menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
     menuItem("mnuWindowCascade")->onClick = [] { forms::CurrentPlatform().arrange(forms::Arrangement::Cascade); };
     menuItem("mnuWindowArrangeIcons")->onClick = [] {

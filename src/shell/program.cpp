@@ -3,6 +3,9 @@
 #include "forms/platform.h"
 #include "link/controller_link.h"
 #include "link/link_settings.h"
+#include "panel/main_control.h"
+#include "panel/monitor_ai.h"
+#include "panel/new_pos.h"
 #include "shell/frm_main.h"
 #include "tools/terminal.h"
 
@@ -35,12 +38,28 @@ tools::Terminal& Program::terminal()
     return *terminal_;
 }
 
+panel::MainControl& Program::mainControl()
+{
+    if (!mainControl_) {
+        newPos_ = std::make_unique<panel::NewPos>();
+        monitorAI_ = std::make_unique<panel::MonitorAI>();
+        mainControl_ = std::make_unique<panel::MainControl>(*newPos_, *monitorAI_);
+    }
+    return *mainControl_;
+}
+
 forms::Form* Program::findForm(std::string_view name)
 {
     if (name == "frmMain")
         return frame_.get();
     if (name == "Terminal")
         return terminal_.get();
+    if (name == "MainControl")
+        return mainControl_.get();
+    if (name == "NewPos")
+        return newPos_.get();
+    if (name == "MonitorAI")
+        return monitorAI_.get();
     return nullptr;
 }
 

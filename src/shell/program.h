@@ -9,6 +9,11 @@ class Form;
 namespace marlune::tools {
 class Terminal;
 }
+namespace marlune::panel {
+class MainControl;
+class NewPos;
+class MonitorAI;
+}
 
 namespace marlune::shell {
 
@@ -29,6 +34,7 @@ public:
 
     FrmMain& frame();
     tools::Terminal& terminal();
+    panel::MainControl& mainControl();
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // later "frmProjectProgram[2]"); nothing when there is none.
@@ -37,6 +43,9 @@ public:
 private:
     std::unique_ptr<FrmMain> frame_;
     std::unique_ptr<tools::Terminal> terminal_;
+    std::unique_ptr<panel::NewPos> newPos_;
+    std::unique_ptr<panel::MonitorAI> monitorAI_;
+    std::unique_ptr<panel::MainControl> mainControl_;
 };
 
 } // namespace marlune::shell

@@ -1,0 +1,157 @@
+#include "panel/main_control.h"
+
+#include "forms/platform.h"
+#include "link/command_exchange.h"
+#include "link/controller_link.h"
+#include "link/open_link.h"
+
+namespace marlune::panel {
+
+namespace {
+
+std::string Axis(const char* prefix, int axis) { return std::string(prefix) + kAxisLetters[static_cast<std::size_t>(axis)]; }
+
+} // namespace
+
+MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
+    : forms::Form("MainControl", "Main Marlune Control"), HSPD(add<forms::TextBox>("HSPD", "0")),
+      LSPD(add<forms::TextBox>("LSPD", "0")), ACCEL(add<forms::TextBox>("ACCEL", "0")),
+      HomingModeNormal(add<forms::OptionButton>("HomingModeNormal", "HomingMode", "Home Sw", true)),
+      HomingModeLimit(add<forms::OptionButton>("HomingModeLimit", "HomingMode", "Limit Sw")),
+      HomingModeZ(add<forms::OptionButton>("HomingModeZ", "HomingMode", "Z Chan")),
+      RampStop(add<forms::CheckBox>("RampStop", "Ramp Stop", 1)), JoyOn(add<forms::CheckBox>("JoyOn", "Joystick ")),
+      ABSMove(add<forms::Button>("ABSMove", "Abs")), MOVEIP(add<forms::Button>("MOVEIP", "Inc +")),
+      MOVEIM(add<forms::Button>("MOVEIM", "Inc -")), DATUMMove(add<forms::Button>("DATUMMove", "Datum")),
+      HOMEP(add<forms::Button>("HOMEP", "Hm +")), HOMEM(add<forms::Button>("HOMEM", "Hm -")),
+      Stop(add<forms::Button>("Stop", "Stop")), Abort(add<forms::Button>("Abort", "Abort")),
+      SelProgAll(add<forms::OptionButton>("SelProgAll", "SelProg", "All Prog")),
+      RunProg(add<forms::Button>("RunProg", "Run")), StopProg(add<forms::Button>("StopProg", "Stop")),
+      PauseProg(add<forms::Button>("PauseProg", "Pause")), ContProg(add<forms::Button>("ContProg", "Cont")),
+      PEClear(add<forms::Button>("PEClear", "PClear")), GetErrMsg(add<forms::Button>("GetErrMsg", "Emsg")),
+      ViewProg(add<forms::Button>("ViewProg", "View")), MEClear(add<forms::Button>("MEClear", "MClear")),
+      AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")), ManualCmd(add<forms::TextBox>("ManualCmd")),
+      ReplyBox(add<forms::TextBox>("ReplyBox")), Close(add<forms::Button>("Close", "Close")),
+      Timer1(add<forms::Timer>("Timer1", 500)), newPos_(newPos), monitorAI_(monitorAI)
+{
+    add<forms::Frame>("MotorStatusFrame", "Motor Status");
+    add<forms::Frame>("ProgramStatusFrame", "Program Status");
+    add<forms::Frame>("MotorControlFrame", "Motor Control ");
+    add<forms::Frame>("HomingModeFrame", "Homing Mode");
+    add<forms::Frame>("ProgramControlFrame", "Program Control ");
+    add<forms::Frame>("DigitalIOFrame", "Configurable Digital IO ");
+    add<forms::Frame>("OutputsFrame", "Enable /Clear Outputs ");
+    buildStatusControls();
+    buildMotionControls();
+    buildProgramControls();
+    buildIoControls();
+    connectMotion();
+    connectPrograms();
+    connectIo();
+    Timer1.onTick = [this] { pollTick(); };
+    Close.onClick = [this] { unload(); };
+    ManualCmd.onKeyDown = [this](int& keyCode) { manualCommandKey(keyCode); };
+}
+
+void MainControl::buildStatusControls()
+{
+    for (int a = 0; a < 4; ++a) {
+        const auto i = static_cast<std::size_t>(a);
+        Pos[i] = &add<forms::TextBox>(Axis("Pos", a), "0");
+        Enc[i] = &add<forms::TextBox>(Axis("Enc", a), "0");
+        Spd[i] = &add<forms::TextBox>(Axis("Spd", a), "0");
+        Stat[i] = &add<forms::TextBox>(Axis("Stat", a), "0");
+        MinusL[i] = &add<forms::Picture>(Axis("MinusL", a), kSwitchOff);
+        Home[i] = &add<forms::Picture>(Axis("Home", a), kSwitchOff);
+        PlusL[i] = &add<forms::Picture>(Axis("PlusL", a), kSwitchOff);
+        Alarm[i] = &add<forms::Picture>(Axis("Alarm", a), kSwitchOff);
+        Inp[i] = &add<forms::Picture>(Axis("Inp", a), kSwitchOff);
+        Index[i] = &add<forms::Picture>(Axis("Index", a), kSwitchOff);
+        Latch[i] = &add<forms::Picture>(Axis("Latch", a), kSwitchOff);
+    }
+    for (int p = 0; p < 4; ++p) {
+        const auto i = static_cast<std::size_t>(p);
+        ProgStatus[i] = &add<forms::TextBox>("Prog" + std::to_string(p + 1) + "Status", "IDLE");
+        Line[i] = &add<forms::TextBox>("Line" + std::to_string(p + 1), "1");
+    }
+    // Display boxes: the operator reads them; double clicks still reach the position boxes.
+    for (const Axes* family : {&Pos, &Enc, &Spd, &Stat, &ProgStatus, &Line}) {
+        for (forms::TextBox* box : *family)
+            box->locked = true;
+    }
+}
+
+void MainControl::buildMotionControls()
+{
+    for (int a = 0; a < 4; ++a) {
+        const auto i = static_cast<std::size_t>(a);
+        Sel[i] = &add<forms::CheckBox>(Axis("Sel", a), kAxisLetters[i]);
+        Target[i] = &add<forms::TextBox>(kAxisLetters[i], "0");
+    }
+}
+
+void MainControl::buildProgramControls()
+{
+    for (int p = 0; p < 4; ++p) {
+        const std::string n = std::to_string(p + 1);
+        SelProg[static_cast<std::size_t>(p)] = &add<forms::OptionButton>("SelProg" + n, "SelProg", "Prog " + n, p == 0);
+    }
+}
+
+void MainControl::buildIoControls()
+{
+    for (int n = 0; n < 24; ++n)
+        DIO[static_cast<std::size_t>(n)] = &add<forms::Picture>("DIO" + std::to_string(n + 1), kInputOff);
+    for (int a = 0; a < 4; ++a) {
+        EO[static_cast<std::size_t>(a)] = &add<forms::Picture>(Axis("EO", a), kLedOff);
+        CO[static_cast<std::size_t>(a)] = &add<forms::Picture>(Axis("CO", a), kLedOff);
+    }
+}
+
+void MainControl::formLoad()
+{
+    pollSuspended = false;
+    link::ControllerLink& link = link::Link();
+    if (!link::OpenLink()) {
+        forms::MsgBox("Communication Open Error!");
+        link.connected = false;
+    } else {
+        link.connected = true;
+        updateSpdAccel();
+        updateDIOConfig();
+    }
+    readPanelState();
+}
+
+bool MainControl::formUnload()
+{
+    if (link::Link().connected)
+        link::CloseLink();
+    writePanelState();
+    return true;
+}
+
+void MainControl::pollTick()
+{
+    link::ControllerLink& link = link::Link();
+    if (pollSuspended || !link.connected)
+        return;
+    std::string command = "???";
+    std::string reply;
+    if (!link::SendCommand(command, reply)) {
+        // Cleared before the message, so that no later tick can report the same loss again.
+        link.connected = false;
+        forms::MsgBox("Error Communication!");
+        return;
+    }
+    if (!reply.empty() && reply[0] == '@')
+        updateAllStatus(reply);
+}
+
+void MainControl::send(const std::string& command)
+{
+    std::string text = command;
+    std::string reply;
+    link::SendCommand(text, reply);
+}
+
+} // namespace marlune::panel
