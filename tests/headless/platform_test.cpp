@@ -1,0 +1,261 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "test_forms.h"
+
+namespace marlune::headless {
+namespace {
+
+using testing::PlatformTest;
+using testing::TestForm;
+
+// Which timer ticked when.
+using Ticks = std::vector<std::pair<std::string, std::int64_t>>;
+
+class ClockTest : public PlatformTest {
+protected:
+    forms::Timer& addTimer(TestForm& form, const std::string& name, int interval)
+    {
+        auto& timer = form.add<forms::Timer>(name, interval);
+        timer.onTick = [this, name] { ticks.emplace_back(name, platform.now()); };
+        return timer;
+    }
+
+    Ticks ticks;
+};
+
+TEST_F(ClockTest, TimersFallDueInTimeOrderAndTiesInTheOrderTheyWereArmed)
+{
+    TestForm form("A");
+    addTimer(form, "slow", 30);
+    addTimer(form, "first", 20);
+    addTimer(form, "second", 20);
+    ASSERT_TRUE(form.load());
+    EXPECT_TRUE(platform.advance(60));
+    EXPECT_EQ(ticks, (Ticks{{"first", 20},
+                            {"second", 20},
+                            {"slow", 30},
+                            {"first", 40},
+                            {"second", 40},
+                            {"slow", 60},
+                            {"first", 60},
+                            {"second", 60}}));
+    EXPECT_EQ(platform.now(), 60);
+}
+
+TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMoment)
+{
+    TestForm form("A");
+    forms::Timer& timer = addTimer(form, "t", 100);
+    ASSERT_TRUE(form.load());
+    platform.advance(150);
+    timer.setInterval(30);
+    platform.advance(200);
+    timer.setTimerEnabled(false);
+    platform.advance(300);
+    timer.setTimerEnabled(true);
+    platform.advance(340);
+    EXPECT_EQ(ticks, (Ticks{{"t", 100}, {"t", 180}, {"t", 330}}));
+}
+
+TEST_F(ClockTest, ATimerThatStopsItselfTicksOnce)
+{
+    TestForm form("A");
+    forms::Timer& timer = addTimer(form, "once", 10);
+    timer.onTick = [&] {
+        ticks.emplace_back("once", platform.now());
+        timer.setTimerEnabled(false);
+    };
+    ASSERT_TRUE(form.load());
+    platform.advance(1000);
+    EXPECT_EQ(ticks, (Ticks{{"once", 10}}));
+    EXPECT_FALSE(platform.dueTime(timer));
+}
+
+TEST_F(ClockTest, TimersBehindAModalFormGoOnAndAdvanceStopsWhenATickClosesIt)
+{
+    TestForm frame("Frame");
+    TestForm dialog("Dialog");
+    addTimer(frame, "behind", 100);
+    forms::Timer& closer = addTimer(dialog, "closer", 250);
+    closer.onTick = [&] {
+        ticks.emplace_back("closer", platform.now());
+        dialog.unload();
+    };
+    ASSERT_TRUE(frame.load());
+    bool reached = true;
+    driver.steps.push_back([&](forms::Form&) { reached = platform.advance(1000); });
+    forms::ShowModal(dialog, &frame);
+    // The showing returned at the tick that closed it; the rest of the wait is the caller's.
+    EXPECT_FALSE(reached);
+    EXPECT_EQ(platform.now(), 250);
+    EXPECT_TRUE(platform.modalForms().empty());
+    EXPECT_TRUE(platform.advance(1000));
+    EXPECT_EQ(ticks, (Ticks{{"behind", 100},
+                            {"behind", 200},
+                            {"closer", 250},
+                            {"behind", 300},
+                            {"behind", 400},
+                            {"behind", 500},
+                            {"behind", 600},
+                            {"behind", 700},
+                            {"behind", 800},
+                            {"behind", 900},
+                            {"behind", 1000}}));
+}
+
+TEST_F(ClockTest, NestedModalShowingsReturnInnermostFirst)
+{
+    TestForm frame("Frame");
+    TestForm outer("Outer");
+    TestForm inner("Inner");
+    std::vector<std::string> events;
+    auto& open = outer.add<forms::Button>("OpenInner", "Open");
+    open.onClick = [&] {
+        forms::ShowModal(inner, &outer);
+        events.push_back("inner returned, outer loaded " + std::to_string(outer.loaded()));
+    };
+    ASSERT_TRUE(frame.load());
+    driver.steps.push_back([&](forms::Form& form) {
+        EXPECT_EQ(&form, &outer);
+        EXPECT_EQ(platform.modalForms(), (std::vector<forms::Form*>{&outer}));
+        open.operatorClick();
+    });
+    driver.steps.push_back([&](forms::Form& form) {
+        EXPECT_EQ(&form, &inner);
+        EXPECT_EQ(platform.modalForms(), (std::vector<forms::Form*>{&outer, &inner}));
+        inner.unload();
+    });
+    driver.steps.push_back([&](forms::Form& form) {
+        EXPECT_EQ(&form, &outer);
+        outer.unload();
+    });
+    forms::ShowModal(outer, &frame);
+    events.push_back("outer returned");
+    EXPECT_EQ(driver.showings, (std::vector<std::string>{"Outer", "Inner"}));
+    EXPECT_EQ(events, (std::vector<std::string>{"inner returned, outer loaded 1", "outer returned"}));
+    EXPECT_TRUE(driver.steps.empty());
+}
+
+TEST_F(ClockTest, AModalShowingWithoutADriverIsAFailureOfTheScript)
+{
+    platform.setModalDriver(nullptr);
+    TestForm dialog("Dialog");
+    EXPECT_THROW(forms::ShowModal(dialog, nullptr), UnansweredDialog);
+    EXPECT_TRUE(platform.modalForms().empty());
+}
+
+struct AnswerCase {
+    forms::MessageButtons buttons;
+    std::vector<forms::MessageAnswer> queued;
+    forms::MessageAnswer answer;
+    std::size_t left; // answers still queued afterwards
+};
+
+class MessageAnswers : public PlatformTest, public ::testing::WithParamInterface<AnswerCase> {};
+
+TEST_P(MessageAnswers, ComeFromTheQueue)
+{
+    const AnswerCase& c = GetParam();
+    for (forms::MessageAnswer a : c.queued)
+        platform.queueAnswer(a);
+    EXPECT_EQ(forms::MsgBox("Sure?", c.buttons, forms::MessageIcon::Question, "Title"), c.answer);
+    ASSERT_EQ(platform.messages().size(), 1u);
+    EXPECT_EQ(platform.messages()[0].request.text, "Sure?");
+    EXPECT_EQ(platform.messages()[0].request.title, "Title");
+    EXPECT_EQ(platform.messages()[0].request.icon, forms::MessageIcon::Question);
+    EXPECT_EQ(platform.messages()[0].answer, c.answer);
+    // What is left answers the next question.
+    if (c.left > 0) {
+        EXPECT_EQ(forms::MsgBox("Next?", forms::MessageButtons::YesNo), forms::MessageAnswer::No);
+    }
+}
+
+using forms::MessageAnswer;
+using forms::MessageButtons;
+INSTANTIATE_TEST_SUITE_P(
+    Queues, MessageAnswers,
+    ::testing::Values(AnswerCase{MessageButtons::OK, {}, MessageAnswer::OK, 0},
+                      AnswerCase{MessageButtons::OK, {MessageAnswer::OK}, MessageAnswer::OK, 0},
+                      AnswerCase{MessageButtons::OK, {MessageAnswer::No}, MessageAnswer::OK, 1},
+                      AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes}, MessageAnswer::Yes, 0},
+                      AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes, MessageAnswer::No}, MessageAnswer::Yes,
+                                 1}));
+
+TEST_F(PlatformTest, AQuestionWithoutAFittingAnswerFailsWithItsText)
+{
+    try {
+        forms::MsgBox("Project Changed.\r\nClose?", forms::MessageButtons::YesNo);
+        FAIL() << "no failure";
+    } catch (const UnansweredDialog& e) {
+        EXPECT_NE(std::string(e.what()).find(R"("Project Changed.\r\nClose?")"), std::string::npos) << e.what();
+    }
+    platform.queueAnswer(forms::MessageAnswer::OK);
+    EXPECT_THROW(forms::MsgBox("Sure?", forms::MessageButtons::YesNo), UnansweredDialog);
+}
+
+TEST_F(PlatformTest, FileAndPrintDialogsAnswerFromTheirQueues)
+{
+    platform.queueFileDialog({forms::FileDialogResult::Outcome::Chosen, "a.dat", {}});
+    platform.queueFileDialog({forms::FileDialogResult::Outcome::Cancelled, {}, {}});
+    platform.queuePrintDialog({forms::PrintDialogResult::Outcome::Cancelled, {}});
+    forms::Platform& p = platform;
+    EXPECT_EQ(p.fileDialog({"Save", "*.dat", "", true}).fileName, "a.dat");
+    EXPECT_EQ(p.fileDialog({"Open", "*.dat", "", false}).outcome, forms::FileDialogResult::Outcome::Cancelled);
+    EXPECT_THROW(p.fileDialog({"Again", "", "", false}), UnansweredDialog);
+    EXPECT_EQ(platform.fileDialogs().size(), 3u);
+    EXPECT_EQ(p.printDialog("Print").outcome, forms::PrintDialogResult::Outcome::Cancelled);
+    EXPECT_THROW(p.printDialog("Print"), UnansweredDialog);
+}
+
+TEST_F(PlatformTest, TheFrameKnowsItsChildrenInOrderAndTheActiveOne)
+{
+    TestForm frame("frmMain");
+    TestForm one("One");
+    TestForm two("Two");
+    TestForm stranger("Stranger");
+    ASSERT_TRUE(frame.load() && one.load() && two.load() && stranger.load());
+    forms::Platform& p = platform;
+    p.showModeless(frame, nullptr);
+    p.showModeless(one, &frame);
+    p.showModeless(two, &frame);
+    EXPECT_EQ(platform.frame(), &frame);
+    EXPECT_EQ(platform.children(), (std::vector<forms::Form*>{&one, &two}));
+    EXPECT_EQ(p.activeChild(), &two);
+    p.activate(one);
+    EXPECT_EQ(p.activeChild(), &one);
+    p.activate(stranger);
+    EXPECT_EQ(p.activeChild(), &one);
+    one.unload();
+    EXPECT_EQ(platform.children(), (std::vector<forms::Form*>{&two}));
+    EXPECT_EQ(p.activeChild(), &two);
+    two.unload();
+    EXPECT_EQ(p.activeChild(), nullptr);
+    EXPECT_FALSE(platform.lastArrangement());
+    p.arrange(forms::Arrangement::TileVertical);
+    EXPECT_EQ(platform.lastArrangement(), forms::Arrangement::TileVertical);
+}
+
+TEST_F(PlatformTest, SettingsClipboardPrintingAndHelpAreRecorded)
+{
+    forms::Platform& p = platform;
+    p.saveSetting("Marlune Desk", "Settings", "MainLeft", "1500");
+    p.saveSetting("Marlune Desk", "Settings", "MainLeft", "30");
+    EXPECT_EQ(platform.setting("Settings", "MainLeft"), "30");
+    EXPECT_FALSE(platform.setting("Settings", "MainTop"));
+    p.setClipboardText("X1000\r\n");
+    EXPECT_EQ(p.clipboardText(), "X1000\r\n");
+    EXPECT_TRUE(p.printText("one"));
+    EXPECT_TRUE(p.printText("two"));
+    EXPECT_EQ(platform.printed(), (std::vector<std::string>{"one", "two"}));
+    EXPECT_FALSE(p.showHelp("Manual.hlp", 11));
+    ASSERT_TRUE(platform.lastHelp());
+    EXPECT_EQ(platform.lastHelp()->file, "Manual.hlp");
+    EXPECT_EQ(platform.lastHelp()->command, 11);
+}
+
+} // namespace
+} // namespace marlune::headless
