@@ -387,7 +387,7 @@ Controller::Reply Controller::memory(const Command& command)
         restoreMemory(eeprom_.image());
         return done();
     case Op::StoreStatus:
-        return done(); // asked while the write is still running, nothing answers at all
+        return done(); // reached only once the write is over: during it nothing answers
     default:
         break;
     }

@@ -87,8 +87,12 @@ Controller::Reply Controller::programStorage(const Command& command)
 Controller::Reply Controller::project(const Command& command)
 {
     switch (command.op) {
-    case Op::ReadProject:
-        return {true, "\"" + projectName_.value_or("") + "\""};
+    case Op::ReadProject: {
+        std::string quoted(1, '"');
+        quoted += projectName_.value_or(std::string());
+        quoted += '"';
+        return {true, quoted};
+    }
     case Op::WriteProject:
         if (command.text.size() > kLongestProjectName)
             return error("project name longer than " + std::to_string(kLongestProjectName) + " characters");

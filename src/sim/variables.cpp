@@ -18,7 +18,7 @@ std::string Variables::setI(int n, std::int64_t value)
     if (n == kICount)
         return "I48 counts EEPROM writes and cannot be set";
     if (isBitWord(n) && (value < 0 || value > kWordMax))
-        return "I" + std::to_string(n) + " takes 0 to 16777215";
+        return std::string("I") + std::to_string(n) + " takes 0 to 16777215";
     if (value < INT32_MIN || value > INT32_MAX)
         return "value out of range";
     i_[static_cast<std::size_t>(n - 1)] = static_cast<std::int32_t>(value);
@@ -28,7 +28,7 @@ std::string Variables::setI(int n, std::int64_t value)
 std::string Variables::setV(int n, std::int64_t value)
 {
     if (value < INT32_MIN || value > INT32_MAX)
-        return "V" + std::to_string(n) + " takes -2147483648 to 2147483647";
+        return std::string("V") + std::to_string(n) + " takes -2147483648 to 2147483647";
     v_[static_cast<std::size_t>(n - 1)] = static_cast<std::int32_t>(value);
     return {};
 }
