@@ -162,7 +162,7 @@ std::optional<std::string> ScenarioSession::argumentError(const Statement& state
 
 // ---- Running
 
-ScenarioSession::ScenarioSession() : expectations_(platform_, controller_)
+ScenarioSession::ScenarioSession() : expectations_(platform_, controller_), waiting_(platform_)
 {
     forms::SetPlatform(&platform_);
     link::SetCom(&controller_);
@@ -236,37 +236,12 @@ forms::Form* ScenarioSession::innermostModal() const
 
 shell::Program* ScenarioSession::startedProgram() const { return started_ ? program_.get() : nullptr; }
 
-void ScenarioSession::beginWait(std::int64_t duration, forms::Form* closing, std::string description)
-{
-    pending_ = PendingWait{platform_.now() + duration, closing, std::move(description), currentLine_, ++nextWaitId_};
-    finishWait();
-}
-
 void ScenarioSession::finishWait()
 {
-    forms::Form* modal = innermostModal();
+    // Failures of the ticks during a wait are the wait's.
     const int outerLine = currentLine_;
-    while (pending_) {
-        currentLine_ = pending_->line;
-        if (pending_->closing && !pending_->closing->loaded()) {
-            pending_.reset();
-            break;
-        }
-        if (platform_.now() >= pending_->until) {
-            const PendingWait over = *pending_;
-            pending_.reset();
-            if (over.closing)
-                throw ScenarioFailure(over.description, over.line);
-            break;
-        }
-        // A nested level may finish or replace this wait; the advance then stops at once.
-        const std::uint64_t id = pending_->id;
-        platform_.advance(pending_->until, [this, id] {
-            return !pending_ || pending_->id != id || (pending_->closing && !pending_->closing->loaded());
-        });
-        if (modal && !modal->loaded())
-            break;
-    }
+    currentLine_ = waiting_.line().value_or(currentLine_);
+    waiting_.finish();
     currentLine_ = outerLine;
 }
 
@@ -496,7 +471,10 @@ void ScenarioSession::close(const Statement& statement)
     form.unload();
 }
 
-void ScenarioSession::wait(const Statement& statement) { beginWait(RequireDuration(statement.words[1]), nullptr, {}); }
+void ScenarioSession::wait(const Statement& statement)
+{
+    waiting_.begin(RequireDuration(statement.words[1]), nullptr, {}, statement.line);
+}
 
 void ScenarioSession::waitClosed(const Statement& statement)
 {
@@ -505,7 +483,7 @@ void ScenarioSession::waitClosed(const Statement& statement)
     forms::Form* form = FindForm(startedProgram(), name);
     if (!form || !form->loaded())
         return;
-    beginWait(limit, form, name + " is still shown after " + std::to_string(limit) + "ms");
+    waiting_.begin(limit, form, name + " is still shown after " + std::to_string(limit) + "ms", statement.line);
 }
 
 // ---- Answers

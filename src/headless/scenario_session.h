@@ -7,6 +7,7 @@
 
 #include "headless/expectations.h"
 #include "headless/headless_platform.h"
+#include "headless/pending_wait.h"
 #include "headless/scenario_parser.h"
 #include "headless/scripted_controller.h"
 #include "headless/statement_cursor.h"
@@ -45,18 +46,8 @@ public:
     void runUntilUnloaded(forms::Form& form) override;
 
 private:
-    // A wait that is not over yet. Every level of nesting finishes it before it reads on.
-    struct PendingWait {
-        std::int64_t until = 0;
-        forms::Form* closing = nullptr; // wait-closed: done when this form has unloaded
-        std::string description;        // for the failure of a wait-closed
-        int line = 0;
-        std::uint64_t id = 0; // tells an advance that the wait it serves was replaced
-    };
-
     void runStatements(forms::Form* modal);
     void execute(const Statement& statement);
-    void beginWait(std::int64_t duration, forms::Form* closing, std::string description);
     void finishWait();
     forms::Form* innermostModal() const;
     shell::Program* startedProgram() const;
@@ -106,8 +97,7 @@ private:
     bool started_ = false;
     bool scripted_ = false;
     std::optional<StatementCursor> cursor_;
-    std::optional<PendingWait> pending_;
-    std::uint64_t nextWaitId_ = 0;
+    PendingWait waiting_;
     int currentLine_ = 0;
 
     struct Kind;
