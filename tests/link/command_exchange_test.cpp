@@ -71,8 +71,8 @@ TEST_P(ReplyUnframing, StopsAtNulOr04AndDropsLineEndsUnlessListing)
 }
 
 INSTANTIATE_TEST_SUITE_P(Replies, ReplyUnframing,
-                         ::testing::Values(Unframing{"V1", "O K\r\n\x04", "OK"},
-                                           Unframing{"LISTPROG1", "O K\r\n\x04", "OK\r\n"},
+                         ::testing::Values(Unframing{"V1", "OK\r\n\x04", "OK"},
+                                           Unframing{"LISTPROG1", "OK\r\n\x04", "OK\r\n"},
                                            Unframing{"plist", "A\r\nB\r\n\x04", "A\r\nB\r\n"},
                                            Unframing{"V1", "A\x04" "B", "A"}, Unframing{"V1", "", ""},
                                            Unframing{"V1", "caf\xE9\x04", "caf\xE9"}));

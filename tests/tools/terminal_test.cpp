@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include "forms/platform.h"
+#include "headless/headless_platform.h"
+#include "headless/scripted_controller.h"
+#include "link/controller_link.h"
+#include "tools/terminal.h"
+
+namespace marlune::tools {
+namespace {
+
+class TerminalLog : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        forms::SetPlatform(&platform);
+        link::SetCom(&controller);
+        link::ResetLink();
+        link::Link().linkKind = 1;
+        ASSERT_TRUE(terminal.load());
+    }
+    void TearDown() override
+    {
+        terminal.unload();
+        forms::SetPlatform(nullptr);
+        link::SetCom(nullptr);
+    }
+    headless::HeadlessPlatform platform;
+    headless::ScriptedController controller;
+    Terminal terminal;
+};
+
+TEST_F(TerminalLog, TheThousandAndFirstEntryPushesTheOldestLineOut)
+{
+    EXPECT_EQ(terminal.lineCount, 2);
+    for (int i = 3; i <= 1000; ++i)
+        terminal.AppendLog("entry " + std::to_string(i));
+    EXPECT_EQ(terminal.lineCount, 1000);
+    EXPECT_EQ(terminal.LogWindow.text().rfind("Marlune KVM Communication Ready:\r\r\nentry 3\r\n", 0), 0u);
+    terminal.AppendLog("entry 1001");
+    EXPECT_EQ(terminal.lineCount, 1000);
+    EXPECT_EQ(terminal.LogWindow.text().rfind("entry 3\r\nentry 4\r\n", 0), 0u);
+    EXPECT_EQ(terminal.LogWindow.selStart(), static_cast<int>(terminal.LogWindow.text().size()))
+        << "the log scrolls to its newest line";
+}
+
+TEST_F(TerminalLog, AMultiLineEntryCountsOnceButLosesOneLineATrim)
+{
+    for (int i = 3; i <= 1000; ++i)
+        terminal.AppendLog("x");
+    terminal.AppendLog("REPLY:A\r\nB\r\n");
+    terminal.AppendLog("y");
+    const std::string& log = terminal.LogWindow.text();
+    EXPECT_EQ(terminal.lineCount, 1000);
+    EXPECT_EQ(log.substr(log.size() - 17), "REPLY:A\r\nB\r\n\r\ny\r\n");
+}
+
+} // namespace
+} // namespace marlune::tools
