@@ -1,0 +1,19 @@
+#pragma once
+
+#include <chrono>
+#include <string_view>
+
+class QIODevice;
+
+namespace marlune::marlunecom {
+
+// One exchange over a byte stream (a TCP socket, a serial port) in blocking use: the request
+// frame goes out, the reply comes back up to its 0x04 and is written into a receive buffer of
+// link::kReceiveBufferSize bytes, with the 0x04 behind it where it fits. A reply longer than
+// the buffer fills it and is read to its end and dropped, so that it cannot answer the next
+// request. Returns false when the request could not be written or no 0x04 came within
+// `timeout`; the device's own state then tells whether the stream is gone.
+bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply,
+                        std::chrono::milliseconds timeout);
+
+} // namespace marlune::marlunecom

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "marlunecom/link_timeouts.h"
+#include "marlunecom/stream_com.h"
+
+#include <cstdint>
+
+namespace marlune::marlunecom {
+
+// The Ethernet link: one TCP connection per handle (see StreamCom for the exchange).
+//
+// The address is "host" or "host:port" (see ParseTcpAddress); without a port the controller's
+// port 5001 is used (sim::kDefaultTcpPort, which marlune-sim serves too). The connection,
+// name look-up included, must be made within the connect time-out.
+//
+// It needs no QCoreApplication: in a bare program its socket simply does without notifiers.
+class TcpCom final : public StreamCom {
+public:
+    explicit TcpCom(LinkTimeouts timeouts = {});
+
+    std::int32_t open(std::int32_t kind, std::int32_t mode, char* address) override;
+
+private:
+    bool gone(const QIODevice& device) const override;
+};
+
+} // namespace marlune::marlunecom
