@@ -24,6 +24,8 @@ struct CheckCase {
     int clicks;
 };
 
+void PrintTo(const CheckCase& c, std::ostream* os) { *os << "from " << c.start << ", " << c.values.size() << " sets"; }
+
 class CheckBoxClicks : public FormRuntime, public ::testing::WithParamInterface<CheckCase> {};
 
 TEST_P(CheckBoxClicks, OnlyAChangedValueRaisesClick)

@@ -16,6 +16,8 @@ struct LexCase {
     std::vector<std::string> words;
 };
 
+void PrintTo(const LexCase& c, std::ostream* os) { *os << Quoted(c.line); }
+
 class LexWords : public ::testing::TestWithParam<LexCase> {};
 
 TEST_P(LexWords, SplitsAndResolvesEscapes)
@@ -69,6 +71,8 @@ struct DurationCase {
     std::string word;
     std::optional<std::int64_t> ms;
 };
+
+void PrintTo(const DurationCase& c, std::ostream* os) { *os << c.word; }
 
 class Durations : public ::testing::TestWithParam<DurationCase> {};
 
@@ -126,6 +130,8 @@ struct ErrorCase {
     int line;
     std::string message;
 };
+
+void PrintTo(const ErrorCase& c, std::ostream* os) { *os << Quoted(c.text); }
 
 class ParseErrors : public ::testing::TestWithParam<ErrorCase> {};
 

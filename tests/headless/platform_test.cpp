@@ -155,6 +155,11 @@ struct AnswerCase {
     std::size_t left; // answers still queued afterwards
 };
 
+void PrintTo(const AnswerCase& c, std::ostream* os)
+{
+    *os << ButtonsName(c.buttons) << " with " << c.queued.size() << " queued";
+}
+
 class MessageAnswers : public PlatformTest, public ::testing::WithParamInterface<AnswerCase> {};
 
 TEST_P(MessageAnswers, ComeFromTheQueue)

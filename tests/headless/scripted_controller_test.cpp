@@ -27,6 +27,8 @@ struct PrecedenceCase {
     std::vector<std::string> results;
 };
 
+void PrintTo(const PrecedenceCase& c, std::ostream* os) { *os << c.name; }
+
 class ReplyPrecedence : public ::testing::TestWithParam<PrecedenceCase> {};
 
 TEST_P(ReplyPrecedence, FollowsTheScript)
