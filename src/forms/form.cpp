@@ -6,7 +6,18 @@ namespace marlune::forms {
 
 Form::Form(std::string name, std::string caption) : name_(std::move(name)), caption_(std::move(caption)) {}
 
-Form::~Form() = default;
+Form::~Form()
+{
+    // A form that goes while loaded takes its timers and its window with it.
+    if (!loaded_ || !HasPlatform())
+        return;
+    loaded_ = false;
+    for (Control* c : order_) {
+        if (auto* timer = dynamic_cast<Timer*>(c))
+            CurrentPlatform().timerChanged(*timer);
+    }
+    CurrentPlatform().formUnloaded(*this);
+}
 
 void Form::setCaption(const std::string& caption)
 {

@@ -22,6 +22,8 @@ Platform& CurrentPlatform()
 
 void SetPlatform(Platform* platform) { gPlatform = platform; }
 
+bool HasPlatform() { return gPlatform != nullptr; }
+
 MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, MessageIcon icon, const std::string& title)
 {
     return CurrentPlatform().messageBox({text, title.empty() ? std::string(kApplicationTitle) : title, buttons, icon});

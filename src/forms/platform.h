@@ -85,6 +85,7 @@ public:
 // The platform of this process, set once at start.
 Platform& CurrentPlatform();
 void SetPlatform(Platform* platform);
+bool HasPlatform();
 
 // A message box with the application title unless another is given.
 MessageAnswer MsgBox(const std::string& text, MessageButtons buttons = MessageButtons::OK,

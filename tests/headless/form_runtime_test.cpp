@@ -1,4 +1,5 @@
 // The event rules of the form runtime, run on the headless platform.
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -98,6 +99,19 @@ TEST_F(FormRuntime, ARefusedUnloadKeepsTheFormAndItsTimers)
     platform.advance(1000);
     EXPECT_EQ(ticks, 2);
     EXPECT_FALSE(platform.dueTime(timer));
+}
+
+TEST_F(FormRuntime, AFormDestroyedWhileLoadedTakesItsTimersWithIt)
+{
+    auto other = std::make_unique<TestForm>("Fresh");
+    int ticks = 0;
+    auto& timer = other->add<forms::Timer>("Timer1", 100);
+    timer.onTick = [&] { ++ticks; };
+    ASSERT_TRUE(other->load());
+    platform.advance(150);
+    other.reset();
+    platform.advance(1000);
+    EXPECT_EQ(ticks, 1);
 }
 
 TEST_F(FormRuntime, ALoadStartsFromTheDesignedValuesAndTimersCountFromIt)
