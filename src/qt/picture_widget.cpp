@@ -3,6 +3,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace marlune::qt {
 
 namespace {
@@ -88,14 +90,18 @@ void PictureWidget::mousePressEvent(QMouseEvent* event)
 
 void PictureWidget::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+    // The release that ends a double click is no second click.
+    const bool afterDouble = std::exchange(afterDoubleClick_, false);
+    if (event->button() == Qt::LeftButton && !afterDouble && rect().contains(event->position().toPoint()))
         emit clicked();
 }
 
 void PictureWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
+        afterDoubleClick_ = true;
         emit doubleClicked();
+    }
 }
 
 } // namespace marlune::qt

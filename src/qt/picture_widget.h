@@ -33,6 +33,7 @@ protected:
 
 private:
     QString picture_;
+    bool afterDoubleClick_ = false;
 };
 
 } // namespace marlune::qt

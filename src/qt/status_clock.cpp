@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QStatusBar>
 
 namespace marlune::qt {
@@ -42,7 +43,10 @@ bool StatusClock::show(const QDateTime& now)
 {
     const QLocale locale;
     const bool date = SetIfChanged(*date_, locale.toString(now.date(), QLocale::ShortFormat));
-    const bool time = SetIfChanged(*time_, locale.toString(now.time(), QLocale::ShortFormat));
+    // Hours and minutes, as the classic time panel has them, in the desktop's own order.
+    static const QString timeFormat =
+        locale.timeFormat(QLocale::ShortFormat).remove(QRegularExpression(QStringLiteral("[:.]ss?")));
+    const bool time = SetIfChanged(*time_, locale.toString(now.time(), timeFormat));
     return date || time;
 }
 
