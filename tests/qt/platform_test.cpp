@@ -1,0 +1,174 @@
+// The platform's own translations: message boxes, clipboard, file filters, text positions,
+// tilings, the status clock and timers.
+#include <QApplication>
+#include <QClipboard>
+#include <QEventLoop>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStatusBar>
+
+#include <gtest/gtest.h>
+
+#include "forms/control.h"
+#include "qt/file_filter.h"
+#include "qt/shown_text.h"
+#include "qt/status_clock.h"
+#include "qt/tilings.h"
+#include "qt_test_support.h"
+
+namespace marlune::qt::test {
+namespace {
+
+// Answers the message box that is about to open with `button`, noting what it showed.
+struct SeenBox {
+    QString title, text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QList<QMessageBox::StandardButton> buttons;
+};
+
+void Answer(QMessageBox::StandardButton button, SeenBox& seen)
+{
+    QTimer::singleShot(0, [button, &seen] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        seen.title = box->windowTitle();
+        seen.text = box->text();
+        seen.icon = box->icon();
+        for (QAbstractButton* b : box->buttons())
+            seen.buttons << box->standardButton(b);
+        box->button(button)->click();
+    });
+}
+
+TEST(Platform, AQuestionShowsItsTitleTextIconAndYesNoAndReturnsTheAnswer)
+{
+    QtDesk desk;
+    SeenBox seen;
+    Answer(QMessageBox::No, seen);
+    const auto answer = forms::MsgBox("Store \x93" "all\x94?", forms::MessageButtons::YesNo,
+                                      forms::MessageIcon::Question, "STORE MARLUNE DATA");
+    EXPECT_EQ(answer, forms::MessageAnswer::No);
+    EXPECT_EQ(seen.title, "STORE MARLUNE DATA");
+    EXPECT_EQ(seen.text, QString::fromUtf8("Store “all”?"));
+    EXPECT_EQ(seen.icon, QMessageBox::Question);
+    EXPECT_EQ(seen.buttons.size(), 2);
+    EXPECT_TRUE(seen.buttons.contains(QMessageBox::Yes) && seen.buttons.contains(QMessageBox::No));
+
+    Answer(QMessageBox::Yes, seen);
+    EXPECT_EQ(forms::MsgBox("?", forms::MessageButtons::YesNo), forms::MessageAnswer::Yes);
+}
+
+TEST(Platform, AnErrorBoxHasOnlyOkAndTheApplicationTitle)
+{
+    QtDesk desk;
+    SeenBox seen;
+    Answer(QMessageBox::Ok, seen);
+    EXPECT_EQ(forms::MsgBox("Error Communication!"), forms::MessageAnswer::OK);
+    EXPECT_EQ(seen.title, "Marlune Desk");
+    EXPECT_EQ(seen.icon, QMessageBox::NoIcon);
+    EXPECT_EQ(seen.buttons, QList<QMessageBox::StandardButton>{QMessageBox::Ok});
+}
+
+TEST(Platform, TheClipboardHoldsDesktopLinesAndGivesBackTheProgramsLines)
+{
+    QtDesk desk;
+    desk.platform.setClipboardText("a\r\nb\xe9");
+    EXPECT_EQ(QApplication::clipboard()->text(), QString::fromUtf8("a\nbé"));
+    QApplication::clipboard()->setText(QString::fromUtf8("x\ny€"));
+    EXPECT_EQ(desk.platform.clipboardText(), "x\r\ny\x80");
+}
+
+class Clocked final : public forms::Form {
+public:
+    Clocked() : forms::Form("Clocked", "Clocked"), Timer1(add<forms::Timer>("Timer1", 1)) {}
+    forms::Timer& Timer1;
+};
+
+TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
+{
+    QtDesk desk;
+    Clocked form;
+    int ticks = 0;
+    QEventLoop loop;
+    form.Timer1.onTick = [&] {
+        if (++ticks == 3) {
+            form.unload();
+            loop.quit();
+        }
+    };
+    QTimer::singleShot(5000, &loop, &QEventLoop::quit); // a bound, so that a dead timer fails
+    form.load();
+    loop.exec();
+    EXPECT_EQ(ticks, 3);
+    QEventLoop after;
+    QTimer::singleShot(30, &after, &QEventLoop::quit);
+    after.exec();
+    EXPECT_EQ(ticks, 3) << "the timer of an unloaded form went on";
+}
+
+TEST(FileFilter, PairsOfDescriptionAndPatternsBecomeQtFilters)
+{
+    EXPECT_EQ(QtNameFilters("Marlune Program Files (*.dat)|*.dat"), QStringList{"Marlune Program Files (*.dat)"});
+    EXPECT_EQ(QtNameFilters("Projects|*.prj|All Files (*.*)|*.*"), (QStringList{"Projects (*.prj)", "All Files (*.*)"}));
+    EXPECT_EQ(QtNameFilters("Text|*.txt;*.lst"), QStringList{"Text (*.txt *.lst)"});
+    EXPECT_TRUE(QtNameFilters("").isEmpty());
+}
+
+TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)
+{
+    const std::string text = "Ready:\r\r\nSEND :?\r\n";
+    EXPECT_EQ(ShownText(text, true), "Ready:\nSEND :?\n");
+    EXPECT_EQ(ShownText(text, false), QString::fromStdString(text));
+    EXPECT_EQ(ModelText("a\nb", true), "a\r\nb");
+    EXPECT_EQ(ModelText(QString::fromUtf8("Größe"), false), "Gr\xf6\xdf" "e");
+    // Before the line break the caret stands before its CRs; at the end it is the end.
+    EXPECT_EQ(ModelPosition(text, 6, true), 6);
+    EXPECT_EQ(ModelPosition(text, 7, true), 9);
+    EXPECT_EQ(ModelPosition(text, 15, true), static_cast<int>(text.size()));
+    EXPECT_EQ(ShownPosition(text, 9, true), 7);
+    EXPECT_EQ(ShownPosition(text, static_cast<int>(text.size()), true), 15);
+    for (int shown = 0; shown <= 15; ++shown)
+        EXPECT_EQ(ShownPosition(text, ModelPosition(text, shown, true), true), shown);
+}
+
+TEST(Tilings, TilesFillTheAreaExactlyWithTheSparePixelsFirst)
+{
+    const QRect area(10, 20, 301, 100);
+    const auto vertical = TileVertically(area, 3);
+    ASSERT_EQ(vertical.size(), 3u);
+    EXPECT_EQ(vertical[0], QRect(10, 20, 101, 100));
+    EXPECT_EQ(vertical[1], QRect(111, 20, 100, 100));
+    EXPECT_EQ(vertical[2], QRect(211, 20, 100, 100));
+    const auto horizontal = TileHorizontally(area, 3);
+    EXPECT_EQ(horizontal[0], QRect(10, 20, 301, 34));
+    EXPECT_EQ(horizontal[2].bottom(), area.bottom());
+    EXPECT_EQ(horizontal[1].top(), horizontal[0].bottom() + 1);
+    EXPECT_TRUE(TileVertically(area, 0).empty());
+}
+
+TEST(Tilings, IconsLineUpAlongTheBottomAndWrapUpwards)
+{
+    const auto places = IconPositions(QRect(0, 0, 250, 400), QSize(100, 30), 3);
+    ASSERT_EQ(places.size(), 3u);
+    EXPECT_EQ(places[0], QPoint(0, 370));
+    EXPECT_EQ(places[1], QPoint(100, 370));
+    EXPECT_EQ(places[2], QPoint(0, 340));
+    EXPECT_TRUE(IconPositions(QRect(0, 0, 250, 400), QSize(0, 30), 2).empty());
+}
+
+TEST(StatusClock, PanelsChangeOnlyWhenTheirTextDoes)
+{
+    QStatusBar bar;
+    StatusClock clock(bar);
+    const QDateTime noon(QDate(2024, 3, 9), QTime(12, 0, 5));
+    clock.show(noon);
+    EXPECT_FALSE(clock.show(noon.addSecs(10))); // the same minute shows the same text
+    EXPECT_TRUE(clock.show(noon.addSecs(60)));
+    EXPECT_TRUE(clock.show(noon.addDays(1)));
+    EXPECT_FALSE(clock.datePanel().text().isEmpty());
+    EXPECT_NE(clock.datePanel().text(), clock.timePanel().text());
+}
+
+} // namespace
+} // namespace marlune::qt::test
