@@ -1,6 +1,8 @@
 #include "link/command_exchange.h"
 
 #include <array>
+#include <initializer_list>
+#include <optional>
 
 #include "forms/platform.h"
 #include "forms/text.h"
@@ -54,6 +56,40 @@ void Unframe(const ReceiveBuffer& buffer, bool listing, std::string& reply)
     }
 }
 
+// What the routine returns when the command never reaches the library.
+std::optional<bool> EarlyResult(Framed framed)
+{
+    switch (framed) {
+    case Framed::Empty: return true;
+    case Framed::TooLong: return false;
+    case Framed::Ready: break;
+    }
+    return std::nullopt;
+}
+
+// Sends the frames in turn, `rounds` times, over the open link; the last result decides, and
+// every reply overwrites the one receive buffer.
+bool Exchange(std::initializer_list<const char*> frames, int rounds, bool listing, std::string& reply)
+{
+    const ControllerLink& link = Link();
+    if (!KnownKind(link.linkKind)) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    ReceiveBuffer received{};
+    std::int32_t result = 0;
+    for (int round = 0; round < rounds; ++round) {
+        for (const char* frame : frames)
+            result = Com().sendRecv(link.linkKind, link.linkHandle, frame, received.data());
+    }
+    if (!Succeeded(result)) {
+        reply = kExchangeFailedText;
+        return false;
+    }
+    Unframe(received, listing, reply);
+    return true;
+}
+
 } // namespace
 
 std::string CleanCommand(const std::string& command)
@@ -73,23 +109,9 @@ bool SendCommand(std::string& command, std::string& reply)
 {
     SendBuffer frame{};
     bool listing = false;
-    switch (Frame(command, frame, listing)) {
-    case Framed::Empty: return true;
-    case Framed::TooLong: return false;
-    case Framed::Ready: break;
-    }
-    const ControllerLink& link = Link();
-    if (!KnownKind(link.linkKind)) {
-        reply = kExchangeFailedText;
-        return false;
-    }
-    ReceiveBuffer received{};
-    if (!Succeeded(Com().sendRecv(link.linkKind, link.linkHandle, frame.data(), received.data()))) {
-        reply = kExchangeFailedText;
-        return false;
-    }
-    Unframe(received, listing, reply);
-    return true;
+    if (const auto early = EarlyResult(Frame(command, frame, listing)))
+        return *early;
+    return Exchange({frame.data()}, 1, listing, reply);
 }
 
 bool SendCommandPair(std::string& firstCommand, std::string& secondCommand, std::string& reply)
@@ -97,37 +119,14 @@ bool SendCommandPair(std::string& firstCommand, std::string& secondCommand, std:
     SendBuffer first{};
     SendBuffer second{};
     bool listing = false;
-    switch (Frame(firstCommand, first, listing)) {
-    case Framed::Empty: return true;
-    case Framed::TooLong: return false;
-    case Framed::Ready: break;
-    }
-    switch (Frame(secondCommand, second, listing)) {
-    case Framed::Empty: return true;
-    case Framed::TooLong: return false;
-    case Framed::Ready: break;
-    }
-    const ControllerLink& link = Link();
-    if (!KnownKind(link.linkKind)) {
-        reply = kExchangeFailedText;
-        return false;
-    }
-    ReceiveBuffer received{};
-    std::int32_t result = 0;
-    if (link.linkKind == 3) {
-        for (int i = 0; i < 100; ++i) {
-            result = Com().sendRecv(link.linkKind, link.linkHandle, first.data(), received.data());
-            result = Com().sendRecv(link.linkKind, link.linkHandle, second.data(), received.data());
-        }
-    } else {
-        result = Com().sendRecv(link.linkKind, link.linkHandle, first.data(), received.data());
-    }
-    if (!Succeeded(result)) {
-        reply = kExchangeFailedText;
-        return false;
-    }
-    Unframe(received, listing, reply);
-    return true;
+    if (const auto early = EarlyResult(Frame(firstCommand, first, listing)))
+        return *early;
+    if (const auto early = EarlyResult(Frame(secondCommand, second, listing)))
+        return *early;
+    // The virtual COM port gets the pair a hundred times; the other kinds the first frame once.
+    if (Link().linkKind == 3)
+        return Exchange({first.data(), second.data()}, 100, listing, reply);
+    return Exchange({first.data()}, 1, listing, reply);
 }
 
 } // namespace marlune::link

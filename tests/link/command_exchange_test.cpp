@@ -1,8 +1,10 @@
-#include "link_fixture.h"
+#include "headless_fixture.h"
 
 #include "link/command_exchange.h"
 
 namespace marlune::link {
+
+using testing::HeadlessFixture;
 namespace {
 
 struct Cleaning {
@@ -10,7 +12,7 @@ struct Cleaning {
     const char* frame; // what goes on the wire, CR included
 };
 
-class CommandCleaning : public LinkFixture, public ::testing::WithParamInterface<Cleaning> {};
+class CommandCleaning : public HeadlessFixture, public ::testing::WithParamInterface<Cleaning> {};
 
 TEST_P(CommandCleaning, SendsTheCleanedCommandWithOneCr)
 {
@@ -27,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, CommandCleaning,
                                            Cleaning{"X\t1", "X\t1\r"}, Cleaning{"X1\rY2", "X1\r"},
                                            Cleaning{"\r", "\r"}, Cleaning{"#V1 = 2", "#V1=2\r"}));
 
-TEST_F(LinkFixture, ACommentAloneSendsNothingAndKeepsTheReply)
+TEST_F(HeadlessFixture, ACommentAloneSendsNothingAndKeepsTheReply)
 {
     std::string command = "   ;just a comment";
     std::string reply = "before";
@@ -37,7 +39,7 @@ TEST_F(LinkFixture, ACommentAloneSendsNothingAndKeepsTheReply)
     EXPECT_TRUE(frames().empty());
 }
 
-TEST_F(LinkFixture, ThirtyTwoCharactersAfterCleaningIsTheLimit)
+TEST_F(HeadlessFixture, ThirtyTwoCharactersAfterCleaningIsTheLimit)
 {
     std::string reply;
     std::string exact(32, 'A');
@@ -59,7 +61,7 @@ struct Unframing {
     std::string text;
 };
 
-class ReplyUnframing : public LinkFixture, public ::testing::WithParamInterface<Unframing> {};
+class ReplyUnframing : public HeadlessFixture, public ::testing::WithParamInterface<Unframing> {};
 
 TEST_P(ReplyUnframing, StopsAtNulOr04AndDropsLineEndsUnlessListing)
 {
@@ -77,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Replies, ReplyUnframing,
                                            Unframing{"V1", "A\x04" "B", "A"}, Unframing{"V1", "", ""},
                                            Unframing{"V1", "caf\xE9\x04", "caf\xE9"}));
 
-TEST_F(LinkFixture, AReplyThatFillsTheBufferIsReadToItsEnd)
+TEST_F(HeadlessFixture, AReplyThatFillsTheBufferIsReadToItsEnd)
 {
     controller.setDefaultReply(std::string(kReceiveBufferSize, 'R'));
     std::string command = "LIST";
@@ -86,7 +88,7 @@ TEST_F(LinkFixture, AReplyThatFillsTheBufferIsReadToItsEnd)
     EXPECT_EQ(reply, std::string(kReceiveBufferSize, 'R'));
 }
 
-TEST_F(LinkFixture, AFailedOrImpossibleExchangeGivesTheFailureText)
+TEST_F(HeadlessFixture, AFailedOrImpossibleExchangeGivesTheFailureText)
 {
     std::string reply;
     controller.failNext("V1", 1);
@@ -104,7 +106,7 @@ TEST_F(LinkFixture, AFailedOrImpossibleExchangeGivesTheFailureText)
     EXPECT_FALSE(Link().connected) << "the exchange never touches the connected flag";
 }
 
-TEST_F(LinkFixture, ThePairRepeatsAHundredTimesOnTheVirtualComPortOnly)
+TEST_F(HeadlessFixture, ThePairRepeatsAHundredTimesOnTheVirtualComPortOnly)
 {
     std::string first = "EOX=1";
     std::string second = "EOX = 0";

@@ -1,11 +1,13 @@
-#include "link_fixture.h"
+#include "headless_fixture.h"
 
 #include "link/controller_variables.h"
 
 namespace marlune::link {
+
+using testing::HeadlessFixture;
 namespace {
 
-TEST_F(LinkFixture, GetVarReadsOnlyWhileConnected)
+TEST_F(HeadlessFixture, GetVarReadsOnlyWhileConnected)
 {
     controller.setReply("I12", "4095");
     EXPECT_EQ(GetVar(12), 0);
@@ -15,7 +17,7 @@ TEST_F(LinkFixture, GetVarReadsOnlyWhileConnected)
     EXPECT_EQ(frames(), std::vector<std::string>{"I12\r"});
 }
 
-TEST_F(LinkFixture, AFractionIsRoundedHalfToEven)
+TEST_F(HeadlessFixture, AFractionIsRoundedHalfToEven)
 {
     Link().connected = true;
     controller.setReply("I3", "12.5");
@@ -24,7 +26,7 @@ TEST_F(LinkFixture, AFractionIsRoundedHalfToEven)
     EXPECT_EQ(GetVar(3), -8);
 }
 
-class FailedRead : public LinkFixture, public ::testing::WithParamInterface<const char*> {};
+class FailedRead : public HeadlessFixture, public ::testing::WithParamInterface<const char*> {};
 
 // A reply that is no number counts as a failed read, so that no form shows or later writes
 // back a value that was never read.
@@ -45,7 +47,7 @@ TEST_P(FailedRead, ShowsOneMessageAndStopsTheFollowingReads)
 
 INSTANTIATE_TEST_SUITE_P(Replies, FailedRead, ::testing::Values("fail", "", "abc", "99999999999", "?ERR"));
 
-TEST_F(LinkFixture, SetVarSendsWhateverTheFlagSaysAndReportsEachFailure)
+TEST_F(HeadlessFixture, SetVarSendsWhateverTheFlagSaysAndReportsEachFailure)
 {
     EXPECT_EQ(SetVar(12, -5), 1);
     controller.failNext("I13=100", 1);

@@ -1,4 +1,4 @@
-#include "link_fixture.h"
+#include "headless_fixture.h"
 
 #include <filesystem>
 
@@ -7,6 +7,8 @@
 #include "link/open_link.h"
 
 namespace marlune::link {
+
+using testing::HeadlessFixture;
 namespace {
 
 void Load()
@@ -15,7 +17,7 @@ void Load()
     LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort);
 }
 
-TEST_F(LinkFixture, WithoutAFileTheDefaultsHoldAndNoFileIsMade)
+TEST_F(HeadlessFixture, WithoutAFileTheDefaultsHoldAndNoFileIsMade)
 {
     Link().linkKind = 0;
     Load();
@@ -32,7 +34,7 @@ struct SettingsFile {
     std::string linkAddress;
 };
 
-class SettingsFiles : public LinkFixture, public ::testing::WithParamInterface<SettingsFile> {};
+class SettingsFiles : public HeadlessFixture, public ::testing::WithParamInterface<SettingsFile> {};
 
 TEST_P(SettingsFiles, KindAndDerivedAddress)
 {
@@ -54,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                       SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "COM2"},
                       SettingsFile{"", 0, ""}));
 
-TEST_F(LinkFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
+TEST_F(HeadlessFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
 {
     std::int16_t kind = 3;
     std::string ip = "127.0.0.1";
@@ -67,7 +69,7 @@ TEST_F(LinkFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
     EXPECT_EQ(Link().linkAddress, "COM3");
 }
 
-TEST_F(LinkFixture, ASettingsFileThatCannotBeWrittenIsReportedAndNothingIsLost)
+TEST_F(HeadlessFixture, ASettingsFileThatCannotBeWrittenIsReportedAndNothingIsLost)
 {
     std::filesystem::create_directory(kLinkSettingsFile); // a folder in the file's place
     std::int16_t kind = 2;
@@ -80,7 +82,7 @@ TEST_F(LinkFixture, ASettingsFileThatCannotBeWrittenIsReportedAndNothingIsLost)
     EXPECT_EQ(ip, "127.0.0.1");
 }
 
-TEST_F(LinkFixture, EthernetMakesExactlyOneMoreAttempt)
+TEST_F(HeadlessFixture, EthernetMakesExactlyOneMoreAttempt)
 {
     Link().linkKind = 2;
     Link().ipAddress = "127.0.0.1";
@@ -106,7 +108,7 @@ TEST_F(LinkFixture, EthernetMakesExactlyOneMoreAttempt)
     EXPECT_EQ(opens, 2 + 1 + 2 + 1);
 }
 
-TEST_F(LinkFixture, EachKindOpensWithItsAddressAndModeAndOthersMakeNoCall)
+TEST_F(HeadlessFixture, EachKindOpensWithItsAddressAndModeAndOthersMakeNoCall)
 {
     Link().linkAddress = "usb-address";
     Link().comPort = "COM3";

@@ -2,10 +2,7 @@
 
 #include <filesystem>
 
-#include "forms/platform.h"
-#include "headless/headless_platform.h"
-#include "headless/scripted_controller.h"
-#include "link/controller_link.h"
+#include "headless_fixture.h"
 #include "panel/main_control.h"
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
@@ -13,19 +10,11 @@
 namespace marlune::panel {
 namespace {
 
-TEST(PanelStateFile, AFileThatCannotBeWrittenIsNamedInOneMessageAndThePanelStillCloses)
+using PanelStateFile = testing::HeadlessFixture;
+
+TEST_F(PanelStateFile, AFileThatCannotBeWrittenIsNamedInOneMessageAndThePanelStillCloses)
 {
-    headless::HeadlessPlatform platform;
-    headless::ScriptedController controller;
-    forms::SetPlatform(&platform);
-    link::SetCom(&controller);
-    link::ResetLink();
-    link::Link().linkKind = 1;
-    const auto previous = std::filesystem::current_path();
-    const auto dir = std::filesystem::temp_directory_path() / "marlune-panel-state";
-    std::filesystem::remove_all(dir);
-    std::filesystem::create_directories(dir / kPanelStateFile); // a folder where the file should be
-    std::filesystem::current_path(dir);
+    std::filesystem::create_directory(kPanelStateFile); // a folder where the file should be
 
     NewPos newPos;
     MonitorAI monitor;
@@ -37,11 +26,6 @@ TEST(PanelStateFile, AFileThatCannotBeWrittenIsNamedInOneMessageAndThePanelStill
     const std::string& text = platform.messages()[0].request.text;
     EXPECT_EQ(text.rfind("The panel's settings could not be written to marlune.ini: ", 0), 0u) << text;
     EXPECT_FALSE(panel.loaded());
-
-    std::filesystem::current_path(previous);
-    std::filesystem::remove_all(dir);
-    forms::SetPlatform(nullptr);
-    link::SetCom(nullptr);
 }
 
 } // namespace

@@ -2,30 +2,15 @@
 
 #include <set>
 
-#include "forms/platform.h"
-#include "headless/headless_platform.h"
-#include "headless/scripted_controller.h"
-#include "link/controller_link.h"
+#include "headless_fixture.h"
 #include "shell/frm_main.h"
 #include "shell/program.h"
 
 namespace marlune::shell {
 namespace {
 
-class Frame : public ::testing::Test {
+class Frame : public testing::HeadlessFixture {
 protected:
-    void SetUp() override
-    {
-        forms::SetPlatform(&platform);
-        link::SetCom(&controller);
-    }
-    void TearDown() override
-    {
-        forms::SetPlatform(nullptr);
-        link::SetCom(nullptr);
-    }
-    headless::HeadlessPlatform platform;
-    headless::ScriptedController controller;
     Program program;
 };
 

@@ -1,32 +1,23 @@
 #include <gtest/gtest.h>
 
-#include "forms/platform.h"
-#include "headless/headless_platform.h"
-#include "headless/scripted_controller.h"
-#include "link/controller_link.h"
+#include "headless_fixture.h"
 #include "tools/terminal.h"
 
 namespace marlune::tools {
 namespace {
 
-class TerminalLog : public ::testing::Test {
+class TerminalLog : public testing::HeadlessFixture {
 protected:
     void SetUp() override
     {
-        forms::SetPlatform(&platform);
-        link::SetCom(&controller);
-        link::ResetLink();
-        link::Link().linkKind = 1;
+        HeadlessFixture::SetUp();
         ASSERT_TRUE(terminal.load());
     }
     void TearDown() override
     {
         terminal.unload();
-        forms::SetPlatform(nullptr);
-        link::SetCom(nullptr);
+        HeadlessFixture::TearDown();
     }
-    headless::HeadlessPlatform platform;
-    headless::ScriptedController controller;
     Terminal terminal;
 };
 
