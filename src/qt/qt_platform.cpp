@@ -84,9 +84,8 @@ forms::MessageAnswer QtPlatform::messageBox(const forms::MessageRequest& request
     // The box's close box and Escape answer No to a question, OK otherwise.
     box.setEscapeButton(question ? QMessageBox::No : QMessageBox::Ok);
     box.exec();
-    const QAbstractButton* clicked = box.clickedButton();
-    const QMessageBox::StandardButton answer = clicked ? box.standardButton(const_cast<QAbstractButton*>(clicked))
-                                                       : QMessageBox::NoButton;
+    QAbstractButton* clicked = box.clickedButton();
+    const QMessageBox::StandardButton answer = clicked ? box.standardButton(clicked) : QMessageBox::NoButton;
     if (!question)
         return forms::MessageAnswer::OK;
     return answer == QMessageBox::Yes ? forms::MessageAnswer::Yes : forms::MessageAnswer::No;
