@@ -1,5 +1,7 @@
 #include "panel/main_control.h"
 
+#include <utility>
+
 #include "forms/platform.h"
 #include "link/command_exchange.h"
 #include "link/controller_link.h"
@@ -40,6 +42,7 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
     add<forms::Frame>("ProgramControlFrame", "Program Control ");
     add<forms::Frame>("DigitalIOFrame", "Configurable Digital IO ");
     add<forms::Frame>("OutputsFrame", "Enable /Clear Outputs ");
+    buildCaptions();
     buildStatusControls();
     buildMotionControls();
     buildProgramControls();
@@ -50,6 +53,29 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
     Timer1.onTick = [this] { pollTick(); };
     Close.onClick = [this] { unload(); };
     ManualCmd.onKeyDown = [this](int& keyCode) { manualCommandKey(keyCode); };
+}
+
+// The fixed captions of the panel's columns and rows.
+void MainControl::buildCaptions()
+{
+    static constexpr std::pair<const char*, const char*> kCaptions[] = {
+        {"HeaderPulsePos", "Pulse Pos"}, {"HeaderEncoderPos", "Encoder Pos"}, {"HeaderPulseSpeed", "Pulse Speed"},
+        {"HeaderStatus", "Status"},      {"HeaderMinusL", "-L"},             {"HeaderHome", "H"},
+        {"HeaderPlusL", "+L"},           {"HeaderAlarm", "Al"},              {"HeaderInp", "Inp"},
+        {"HeaderIndex", "Z"},            {"HeaderLatch", "Lat"},             {"ProgHeaderStatus", "Status"},
+        {"ProgHeaderLine", "Line"},      {"HspdLabel", "Hspd"},              {"LspdLabel", "Lspd"},
+        {"AccelLabel", "Accel"},         {"EnableLabel", "Enable"},          {"ClearLabel", "Clear"},
+        {"CmdLabel", "Cmd:"},            {"ReplyLabel", "Reply:"},
+    };
+    for (const auto& [name, caption] : kCaptions)
+        add<forms::Label>(name, caption);
+    for (int a = 0; a < 4; ++a) {
+        add<forms::Label>(Axis("AxisLabel", a), kAxisLetters[static_cast<std::size_t>(a)]);
+        add<forms::Label>("ProgLabel" + std::to_string(a + 1), "Prog " + std::to_string(a + 1));
+        add<forms::Label>("OutputLabel" + std::to_string(a + 1), std::to_string(a + 1));
+    }
+    for (int n = 1; n <= 24; ++n)
+        add<forms::Label>("DIOLabel" + std::to_string(n), std::to_string(n));
 }
 
 void MainControl::buildStatusControls()

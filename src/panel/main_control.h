@@ -100,6 +100,7 @@ protected:
     bool formUnload() override;
 
 private:
+    void buildCaptions();
     void buildStatusControls();
     void buildMotionControls();
     void buildProgramControls();

@@ -16,6 +16,9 @@
 #include "forms/form.h"
 #include "qt/picture_widget.h"
 
+#include "ui_MainControl.h"
+#include "ui_MonitorAI.h"
+#include "ui_NewPos.h"
 #include "ui_Terminal.h"
 #include "ui_frmMain.h"
 
@@ -73,6 +76,9 @@ const std::vector<FormLayout>& FormLayouts()
     static const std::vector<FormLayout> layouts = {
         {"frmMain", true, &SetUp<Ui::frmMain, QMainWindow>},
         {"Terminal", false, &SetUp<Ui::Terminal, QWidget>},
+        {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
+        {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
+        {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
     };
     return layouts;
 }

@@ -61,6 +61,7 @@ TEST(Layouts, EveryLayoutMatchesItsFormOneToOne)
     shell::Program program;
     program.frame();
     program.terminal();
+    program.mainControl();
     ASSERT_GE(FormLayouts().size(), 2u);
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
@@ -95,6 +96,7 @@ TEST(Layouts, TheBinderFindsEveryControlOfEveryForm)
     shell::Program program;
     program.frame();
     program.terminal();
+    program.mainControl();
     for (const FormLayout& layout : FormLayouts()) {
         forms::Form* form = program.findForm(layout.formName);
         ASSERT_NE(form, nullptr);
