@@ -192,20 +192,9 @@ void TextBox::setSelText(const std::string& text)
 
 void TextBox::operatorKey(int keyCode)
 {
-    int code = keyCode;
-    if (onKeyDown)
-        onKeyDown(code);
-    if (code == 0)
-        return;
-    const bool character = code == kKeyBackspace || code == kKeyTab || code == kKeyEnter || code == kKeyEscape
-                           || (code >= 32 && code <= 255);
-    if (!character)
-        return;
-    int ascii = code;
-    if (onKeyPress)
-        onKeyPress(ascii);
-    if (ascii != 0)
-        edit(ascii);
+    const bool character = keyCode == kKeyBackspace || keyCode == kKeyTab || keyCode == kKeyEnter
+                           || keyCode == kKeyEscape || (keyCode >= 32 && keyCode <= 255);
+    press(keyCode, character ? keyCode : 0);
 }
 
 void TextBox::operatorType(std::string_view text)
@@ -213,17 +202,22 @@ void TextBox::operatorType(std::string_view text)
     for (char c : text) {
         const int ascii = static_cast<unsigned char>(c);
         // KeyDown carries the key's code: a letter's capital, a character's own code.
-        int code = (ascii >= 'a' && ascii <= 'z') ? ascii - 'a' + 'A' : ascii;
-        if (onKeyDown)
-            onKeyDown(code);
-        if (code == 0)
-            continue;
-        int press = ascii;
-        if (onKeyPress)
-            onKeyPress(press);
-        if (press != 0)
-            edit(press);
+        press((ascii >= 'a' && ascii <= 'z') ? ascii - 'a' + 'A' : ascii, ascii);
     }
+}
+
+void TextBox::press(int keyCode, int keyAscii)
+{
+    int code = keyCode;
+    if (onKeyDown)
+        onKeyDown(code);
+    if (code == 0 || keyAscii == 0)
+        return;
+    int ascii = keyAscii;
+    if (onKeyPress)
+        onKeyPress(ascii);
+    if (ascii != 0)
+        edit(ascii);
 }
 
 void TextBox::operatorSetText(const std::string& text)

@@ -156,6 +156,8 @@ public:
     std::function<void(int& keyAscii)> onKeyPress;
 
 private:
+    // KeyDown with the key's code, then KeyPress and editing for a character (keyAscii above 0).
+    void press(int keyCode, int keyAscii);
     void edit(int keyAscii);
     std::string text_;
     int selStart_ = 0;
