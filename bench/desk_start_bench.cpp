@@ -30,10 +30,7 @@ constexpr double kStartTargetMs = 300;
 constexpr double kMemoryTargetMb = 80;
 constexpr double kIdleTargetPercent = 0.5;
 
-bool OnPath(const std::string& tool)
-{
-    return std::system(("command -v " + tool + " >/dev/null 2>&1").c_str()) == 0;
-}
+bool OnPath(const std::string& tool) { return std::system(("command -v " + tool + " >/dev/null 2>&1").c_str()) == 0; }
 
 pid_t Spawn(const std::vector<std::string>& arguments, const std::vector<std::string>& extraEnvironment,
             posix_spawn_file_actions_t* actions = nullptr)
@@ -110,8 +107,8 @@ public:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addchdir_np(&actions, work_.c_str());
-        pid_ = Spawn({MARLUNE_DESK}, {"DISPLAY=" + display_, "QT_QPA_PLATFORM=xcb", "XDG_CONFIG_HOME=" + work_.string()},
-                     &actions);
+        pid_ = Spawn({MARLUNE_DESK},
+                     {"DISPLAY=" + display_, "QT_QPA_PLATFORM=xcb", "XDG_CONFIG_HOME=" + work_.string()}, &actions);
         posix_spawn_file_actions_destroy(&actions);
     }
     ~Desk()
@@ -125,7 +122,8 @@ public:
     // Milliseconds from the start until the frame's window is mapped; nothing if it never is.
     std::optional<double> waitForFrame() const
     {
-        const std::string search = "DISPLAY=" + display_ + " xdotool search --onlyvisible --name '^MarluneDesk$' >/dev/null 2>&1";
+        const std::string search =
+                "DISPLAY=" + display_ + " xdotool search --onlyvisible --name '^MarluneDesk$' >/dev/null 2>&1";
         while (Clock::now() - started_ < std::chrono::seconds(10)) {
             if (std::system(search.c_str()) == 0)
                 return std::chrono::duration<double, std::milli>(Clock::now() - started_).count();

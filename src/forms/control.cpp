@@ -91,8 +91,7 @@ void Control::changed() { form_.controlChanged(*this); }
 
 CaptionControl::CaptionControl(Form& form, std::string name, ControlKind kind, std::string caption)
     : Control(form, std::move(name), kind), caption_(std::move(caption))
-{
-}
+{}
 
 void CaptionControl::setCaption(const std::string& caption)
 {
@@ -123,25 +122,21 @@ void CaptionControl::restoreDesign()
 
 Label::Label(Form& form, std::string name, std::string caption)
     : CaptionControl(form, std::move(name), ControlKind::Label, std::move(caption))
-{
-}
+{}
 
 Frame::Frame(Form& form, std::string name, std::string caption)
     : CaptionControl(form, std::move(name), ControlKind::Frame, std::move(caption))
-{
-}
+{}
 
 Button::Button(Form& form, std::string name, std::string caption)
     : CaptionControl(form, std::move(name), ControlKind::Button, std::move(caption))
-{
-}
+{}
 
 // ---- TextBox
 
 TextBox::TextBox(Form& form, std::string name, std::string text)
     : Control(form, std::move(name), ControlKind::TextBox), text_(std::move(text))
-{
-}
+{}
 
 void TextBox::setText(const std::string& text)
 {
@@ -248,8 +243,7 @@ void TextBox::edit(int keyAscii)
         if (multiLine)
             setSelText("\t");
         return;
-    case kKeyEscape:
-        return;
+    case kKeyEscape: return;
     default:
         if (keyAscii >= 32)
             setSelText(std::string(1, static_cast<char>(keyAscii)));
@@ -291,8 +285,7 @@ void TextBox::restoreDesign()
 
 CheckBox::CheckBox(Form& form, std::string name, std::string caption, int value)
     : Control(form, std::move(name), ControlKind::CheckBox), caption_(std::move(caption)), value_(value)
-{
-}
+{}
 
 void CheckBox::setValue(int value)
 {
@@ -334,8 +327,7 @@ void CheckBox::restoreDesign()
 OptionButton::OptionButton(Form& form, std::string name, std::string group, std::string caption, bool value)
     : Control(form, std::move(name), ControlKind::OptionButton), group_(std::move(group)), caption_(std::move(caption)),
       value_(value)
-{
-}
+{}
 
 void OptionButton::setValue(bool value)
 {
@@ -385,8 +377,7 @@ void OptionButton::restoreDesign()
 
 Picture::Picture(Form& form, std::string name, std::string picture)
     : Control(form, std::move(name), ControlKind::Picture), picture_(std::move(picture))
-{
-}
+{}
 
 void Picture::setPicture(const std::string& picture)
 {
@@ -485,8 +476,7 @@ void Timer::restoreDesign()
 
 ProgressBar::ProgressBar(Form& form, std::string name, int min, int max)
     : Control(form, std::move(name), ControlKind::ProgressBar), min_(min), max_(max), value_(min)
-{
-}
+{}
 
 void ProgressBar::setValue(int value)
 {
@@ -574,8 +564,7 @@ void ListBox::restoreDesign()
 
 ToolBar::ToolBar(Form& form, std::string name, std::vector<ToolButton> buttons)
     : Control(form, std::move(name), ControlKind::ToolBar), buttons_(std::move(buttons))
-{
-}
+{}
 
 bool ToolBar::pressButton(std::string_view key)
 {
@@ -596,8 +585,7 @@ bool ToolBar::pressButton(std::string_view key)
 MenuItem::MenuItem(Form& form, std::string name, std::string parent, std::string caption, std::string shortcut)
     : Control(form, std::move(name), ControlKind::MenuItem), parent_(std::move(parent)), caption_(std::move(caption)),
       shortcut_(std::move(shortcut))
-{
-}
+{}
 
 void MenuItem::setCaption(const std::string& caption)
 {

@@ -119,8 +119,8 @@ WholeNumber ParseWholeNumber(std::string_view text, std::int64_t min, std::int64
 
 std::optional<std::int32_t> ToInt32(std::string_view text)
 {
-    const WholeNumber n = ParseWholeNumber(text, std::numeric_limits<std::int32_t>::min(),
-                                           std::numeric_limits<std::int32_t>::max());
+    const WholeNumber n =
+            ParseWholeNumber(text, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
     if (!n.ok())
         return std::nullopt;
     return static_cast<std::int32_t>(n.value);
@@ -128,8 +128,8 @@ std::optional<std::int32_t> ToInt32(std::string_view text)
 
 std::optional<std::int16_t> ToInt16(std::string_view text)
 {
-    const WholeNumber n = ParseWholeNumber(text, std::numeric_limits<std::int16_t>::min(),
-                                           std::numeric_limits<std::int16_t>::max());
+    const WholeNumber n =
+            ParseWholeNumber(text, std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max());
     if (!n.ok())
         return std::nullopt;
     return static_cast<std::int16_t>(n.value);

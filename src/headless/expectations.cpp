@@ -27,11 +27,10 @@ constexpr std::size_t kMany = 1000000;
 
 // Arguments after `expect KIND`. A first word that is none of these names a form or control.
 constexpr ExpectKind kExpectKinds[] = {
-    {"message", 1, 7},   {"no-message", 0, 0}, {"sent", 1, kMany},     {"sent-raw", 1, 1},
-    {"nothing-sent", 0, 0}, {"open", 3, 3},    {"close", 2, 2},        {"link-idle", 0, 0},
-    {"shown", 1, 1},     {"not-shown", 1, 1},  {"state", 2, 2},        {"file", 2, 2},
-    {"no-file", 1, 1},   {"setting", 3, 3},    {"no-setting", 2, 2},   {"printed", 1, kMany},
-    {"help", 2, 2},      {"arrangement", 1, 1}, {"active", 1, 1},
+        {"message", 1, 7},     {"no-message", 0, 0}, {"sent", 1, kMany},    {"sent-raw", 1, 1}, {"nothing-sent", 0, 0},
+        {"open", 3, 3},        {"close", 2, 2},      {"link-idle", 0, 0},   {"shown", 1, 1},    {"not-shown", 1, 1},
+        {"state", 2, 2},       {"file", 2, 2},       {"no-file", 1, 1},     {"setting", 3, 3},  {"no-setting", 2, 2},
+        {"printed", 1, kMany}, {"help", 2, 2},       {"arrangement", 1, 1}, {"active", 1, 1},
 };
 
 const ExpectKind* FindKind(const Word& word)
@@ -227,7 +226,11 @@ void Expectations::openOrClose(const Statement& statement)
 {
     const bool open = statement.words[1].text == "open";
     ComCall expected{open ? ComCall::Operation::Open : ComCall::Operation::Close,
-                     static_cast<std::int32_t>(RequireInteger(statement.words[2])), 0, 0, {}, 0};
+                     static_cast<std::int32_t>(RequireInteger(statement.words[2])),
+                     0,
+                     0,
+                     {},
+                     0};
     if (open) {
         expected.mode = static_cast<std::int32_t>(RequireInteger(statement.words[3]));
         expected.bytes = Arg(statement, 2);
@@ -348,7 +351,8 @@ void Expectations::help(const Statement& statement)
 {
     const std::string expected = Quoted(Arg(statement, 0)) + " " + std::to_string(RequireInteger(statement.words[3]));
     const auto& call = platform_.lastHelp();
-    const std::string found = call ? Quoted(call->file) + " " + std::to_string(call->command) : "no call of the help viewer";
+    const std::string found =
+            call ? Quoted(call->file) + " " + std::to_string(call->command) : "no call of the help viewer";
     if (found != expected)
         FailMismatch("expect help", expected, found);
 }

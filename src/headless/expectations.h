@@ -21,8 +21,7 @@ class Expectations final {
 public:
     Expectations(HeadlessPlatform& platform, ScriptedController& controller)
         : platform_(platform), controller_(controller)
-    {
-    }
+    {}
 
     // What is wrong with the words of an `expect` statement, before anything runs.
     static std::optional<std::string> argumentError(const Statement& statement);

@@ -74,9 +74,7 @@ std::optional<std::string> Unescape(std::string_view inside, std::string& error)
             i += 2;
             break;
         }
-        default:
-            error = std::string("unknown escape \\") + e;
-            return std::nullopt;
+        default: error = std::string("unknown escape \\") + e; return std::nullopt;
         }
     }
     return out;

@@ -94,35 +94,35 @@ struct ScenarioSession::Kind {
 };
 
 const ScenarioSession::Kind ScenarioSession::kKinds[] = {
-    {"controller", 1, 1, &ScenarioSession::controller},
-    {"open-result", 1, kMany, &ScenarioSession::openResult},
-    {"reply", 2, 2, &ScenarioSession::reply},
-    {"reply-once", 2, 2, &ScenarioSession::replyOnce},
-    {"fail", 1, 2, &ScenarioSession::fail},
-    {"file", 2, 2, &ScenarioSession::file},
-    {"remove", 1, 1, &ScenarioSession::remove},
-    {"clipboard", 1, 1, &ScenarioSession::clipboard},
-    {"start", 0, 0, &ScenarioSession::start},
-    {"menu", 1, 1, &ScenarioSession::menu},
-    {"toolbar", 1, 1, &ScenarioSession::toolbar},
-    {"click", 1, 2, &ScenarioSession::click},
-    {"dblclick", 1, 1, &ScenarioSession::dblclick},
-    {"mousedown", 1, 1, &ScenarioSession::mousedown},
-    {"set", 2, 2, &ScenarioSession::set},
-    {"type", 2, 2, &ScenarioSession::type},
-    {"key", 2, 2, &ScenarioSession::key},
-    {"select", 3, 3, &ScenarioSession::select},
-    {"focus", 1, 1, &ScenarioSession::focus},
-    {"close", 1, 1, &ScenarioSession::close},
-    {"wait", 1, 1, &ScenarioSession::wait},
-    {"wait-closed", 1, 2, &ScenarioSession::waitClosed},
-    {"answer", 1, kMany, &ScenarioSession::answer},
-    {"dialog-file", 1, 1, &ScenarioSession::dialogFile},
-    {"dialog-cancel", 0, 0, &ScenarioSession::dialogCancel},
-    {"dialog-print", 0, 0, &ScenarioSession::dialogPrint},
-    {"dialog-print-cancel", 0, 0, &ScenarioSession::dialogPrintCancel},
-    {"message-dwell", 1, 1, &ScenarioSession::messageDwell},
-    {"expect", 0, kMany, &ScenarioSession::expect},
+        {"controller", 1, 1, &ScenarioSession::controller},
+        {"open-result", 1, kMany, &ScenarioSession::openResult},
+        {"reply", 2, 2, &ScenarioSession::reply},
+        {"reply-once", 2, 2, &ScenarioSession::replyOnce},
+        {"fail", 1, 2, &ScenarioSession::fail},
+        {"file", 2, 2, &ScenarioSession::file},
+        {"remove", 1, 1, &ScenarioSession::remove},
+        {"clipboard", 1, 1, &ScenarioSession::clipboard},
+        {"start", 0, 0, &ScenarioSession::start},
+        {"menu", 1, 1, &ScenarioSession::menu},
+        {"toolbar", 1, 1, &ScenarioSession::toolbar},
+        {"click", 1, 2, &ScenarioSession::click},
+        {"dblclick", 1, 1, &ScenarioSession::dblclick},
+        {"mousedown", 1, 1, &ScenarioSession::mousedown},
+        {"set", 2, 2, &ScenarioSession::set},
+        {"type", 2, 2, &ScenarioSession::type},
+        {"key", 2, 2, &ScenarioSession::key},
+        {"select", 3, 3, &ScenarioSession::select},
+        {"focus", 1, 1, &ScenarioSession::focus},
+        {"close", 1, 1, &ScenarioSession::close},
+        {"wait", 1, 1, &ScenarioSession::wait},
+        {"wait-closed", 1, 2, &ScenarioSession::waitClosed},
+        {"answer", 1, kMany, &ScenarioSession::answer},
+        {"dialog-file", 1, 1, &ScenarioSession::dialogFile},
+        {"dialog-cancel", 0, 0, &ScenarioSession::dialogCancel},
+        {"dialog-print", 0, 0, &ScenarioSession::dialogPrint},
+        {"dialog-print-cancel", 0, 0, &ScenarioSession::dialogPrintCancel},
+        {"message-dwell", 1, 1, &ScenarioSession::messageDwell},
+        {"expect", 0, kMany, &ScenarioSession::expect},
 };
 
 const ScenarioSession::Kind* ScenarioSession::findKind(const Statement& statement)
@@ -153,7 +153,7 @@ std::optional<std::string> ScenarioSession::argumentError(const Statement& state
     const std::size_t args = statement.words.size() - 1;
     if (args < kind->minArgs || args > kind->maxArgs)
         return statement.name() + " takes " + std::to_string(kind->minArgs)
-               + (kind->maxArgs == kMany             ? " or more words"
+               + (kind->maxArgs == kMany           ? " or more words"
                   : kind->maxArgs == kind->minArgs ? " words"
                                                    : " to " + std::to_string(kind->maxArgs) + " words")
                + ", not " + std::to_string(args);

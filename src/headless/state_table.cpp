@@ -30,14 +30,14 @@ struct StateRow {
 
 // The one table of named state; each subsystem adds its rows here.
 constexpr StateRow kStateTable[] = {
-    {"ControllerLink.linkKind", [](shell::Program*) { return std::to_string(link::Link().linkKind); }},
-    {"ControllerLink.ipAddress", [](shell::Program*) { return link::Link().ipAddress; }},
-    {"ControllerLink.comPort", [](shell::Program*) { return link::Link().comPort; }},
-    {"ControllerLink.linkAddress", [](shell::Program*) { return link::Link().linkAddress; }},
-    {"ControllerLink.connected", [](shell::Program*) { return Bool(link::Link().connected); }},
-    {"ControllerLink.linkHandle", [](shell::Program*) { return std::to_string(link::Link().linkHandle); }},
-    {"MainControl.pollSuspended", [](shell::Program* p) { return Bool(Panel(p).pollSuspended); }},
-    {"MainControl.dioConfig", [](shell::Program* p) { return std::to_string(Panel(p).dioConfig); }},
+        {"ControllerLink.linkKind", [](shell::Program*) { return std::to_string(link::Link().linkKind); }},
+        {"ControllerLink.ipAddress", [](shell::Program*) { return link::Link().ipAddress; }},
+        {"ControllerLink.comPort", [](shell::Program*) { return link::Link().comPort; }},
+        {"ControllerLink.linkAddress", [](shell::Program*) { return link::Link().linkAddress; }},
+        {"ControllerLink.connected", [](shell::Program*) { return Bool(link::Link().connected); }},
+        {"ControllerLink.linkHandle", [](shell::Program*) { return std::to_string(link::Link().linkHandle); }},
+        {"MainControl.pollSuspended", [](shell::Program* p) { return Bool(Panel(p).pollSuspended); }},
+        {"MainControl.dioConfig", [](shell::Program* p) { return std::to_string(Panel(p).dioConfig); }},
 };
 
 } // namespace

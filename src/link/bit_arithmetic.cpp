@@ -27,7 +27,9 @@ std::int32_t ShiftLeft(std::int32_t value, std::int32_t count)
     if (count <= 0)
         return value;
     if (count > 62)
-        return value == 0 ? 0 : (value > 0 ? std::numeric_limits<std::int32_t>::max() : std::numeric_limits<std::int32_t>::min());
+        return value == 0 ? 0
+                          : (value > 0 ? std::numeric_limits<std::int32_t>::max()
+                                       : std::numeric_limits<std::int32_t>::min());
     const __int128 shifted = static_cast<__int128>(value) * (static_cast<__int128>(1) << count);
     if (shifted > std::numeric_limits<std::int32_t>::max())
         return std::numeric_limits<std::int32_t>::max();

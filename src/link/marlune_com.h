@@ -6,8 +6,8 @@
 namespace marlune::link {
 
 // Sizes the program and the controller maker's library agree on.
-inline constexpr std::size_t kAddressBufferSize = 256; // address text handed to open, NUL included
-inline constexpr std::size_t kSendBufferSize = 256;    // request frame, NUL included
+inline constexpr std::size_t kAddressBufferSize = 256;  // address text handed to open, NUL included
+inline constexpr std::size_t kSendBufferSize = 256;     // request frame, NUL included
 inline constexpr std::size_t kReceiveBufferSize = 6001; // reply frame as the library writes it
 
 // The controller maker's library: exactly three operations with its signatures.

@@ -28,19 +28,14 @@ bool OpenLink(bool secondEthernetAttempt)
 {
     ControllerLink& link = Link();
     switch (link.linkKind) {
-    case 1:
-        link.linkHandle = OpenWith(1, 1, link.linkAddress);
-        break;
+    case 1: link.linkHandle = OpenWith(1, 1, link.linkAddress); break;
     case 2:
         link.linkHandle = OpenWith(2, 0, link.ipAddress);
         if (link.linkHandle < 1 && secondEthernetAttempt)
             link.linkHandle = OpenWith(2, 0, link.ipAddress);
         break;
-    case 3:
-        link.linkHandle = OpenWith(3, 0, link.comPort);
-        break;
-    default:
-        return false;
+    case 3: link.linkHandle = OpenWith(3, 0, link.comPort); break;
+    default: return false;
     }
     return link.linkHandle >= 1;
 }

@@ -5,8 +5,7 @@ namespace marlune::marlunecom {
 KindRouterCom::KindRouterCom(std::unique_ptr<link::MarluneCom> usb, std::unique_ptr<link::MarluneCom> ethernet,
                              std::unique_ptr<link::MarluneCom> serial)
     : byKind_{std::move(usb), std::move(ethernet), std::move(serial)}
-{
-}
+{}
 
 link::MarluneCom* KindRouterCom::route(std::int32_t kind) const
 {

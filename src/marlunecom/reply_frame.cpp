@@ -7,10 +7,7 @@
 
 namespace marlune::marlunecom {
 
-std::string_view RequestFrame(const char* request)
-{
-    return {request, ::strnlen(request, link::kSendBufferSize)};
-}
+std::string_view RequestFrame(const char* request) { return {request, ::strnlen(request, link::kSendBufferSize)}; }
 
 RequestCommand CommandOfFrame(std::string_view frame)
 {

@@ -12,16 +12,13 @@ namespace {
 bool configure(QSerialPort& port)
 {
     return port.setBaudRate(QSerialPort::Baud115200) && port.setDataBits(QSerialPort::Data8)
-        && port.setParity(QSerialPort::NoParity) && port.setStopBits(QSerialPort::OneStop)
-        && port.setFlowControl(QSerialPort::NoFlowControl);
+           && port.setParity(QSerialPort::NoParity) && port.setStopBits(QSerialPort::OneStop)
+           && port.setFlowControl(QSerialPort::NoFlowControl);
 }
 
 } // namespace
 
-SerialCom::SerialCom(LinkTimeouts timeouts)
-    : StreamCom(timeouts)
-{
-}
+SerialCom::SerialCom(LinkTimeouts timeouts) : StreamCom(timeouts) {}
 
 std::int32_t SerialCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char* address)
 {

@@ -25,10 +25,9 @@ void writeUnterminated(std::string_view text, char* reply)
 } // namespace
 
 SimulatorCom::SimulatorCom(Clock clock, std::chrono::milliseconds replyTimeout)
-    : clock_(clock ? std::move(clock) : steadyClockSinceNow())
-    , replyTimeoutMicros_(std::chrono::duration_cast<std::chrono::microseconds>(replyTimeout).count())
-{
-}
+    : clock_(clock ? std::move(clock) : steadyClockSinceNow()),
+      replyTimeoutMicros_(std::chrono::duration_cast<std::chrono::microseconds>(replyTimeout).count())
+{}
 
 std::int32_t SimulatorCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char* /*address*/)
 {

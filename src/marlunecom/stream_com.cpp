@@ -7,22 +7,13 @@
 
 namespace marlune::marlunecom {
 
-StreamCom::StreamCom(LinkTimeouts timeouts)
-    : timeouts_(timeouts)
-{
-}
+StreamCom::StreamCom(LinkTimeouts timeouts) : timeouts_(timeouts) {}
 
 StreamCom::~StreamCom() = default;
 
-std::int32_t StreamCom::adopt(std::unique_ptr<QIODevice> device)
-{
-    return devices_.add(std::move(device));
-}
+std::int32_t StreamCom::adopt(std::unique_ptr<QIODevice> device) { return devices_.add(std::move(device)); }
 
-std::int32_t StreamCom::close(std::int32_t /*kind*/, std::int32_t handle)
-{
-    return devices_.remove(handle) ? 1 : 0;
-}
+std::int32_t StreamCom::close(std::int32_t /*kind*/, std::int32_t handle) { return devices_.remove(handle) ? 1 : 0; }
 
 std::int32_t StreamCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, const char* request, char* reply)
 {

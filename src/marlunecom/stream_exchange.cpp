@@ -13,10 +13,7 @@
 namespace marlune::marlunecom {
 namespace {
 
-int remainingMs(const QDeadlineTimer& deadline)
-{
-    return static_cast<int>(deadline.remainingTime());
-}
+int remainingMs(const QDeadlineTimer& deadline) { return static_cast<int>(deadline.remainingTime()); }
 
 // Bytes that arrived after an earlier exchange gave up belong to no request.
 void discardLateBytes(QIODevice& device)
@@ -39,8 +36,7 @@ bool writeRequest(QIODevice& device, std::string_view request, const QDeadlineTi
 
 } // namespace
 
-bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply,
-                        std::chrono::milliseconds timeout)
+bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, std::chrono::milliseconds timeout)
 {
     const QDeadlineTimer deadline(timeout);
     discardLateBytes(device);

@@ -13,7 +13,6 @@ namespace marlune::marlunecom {
 // the buffer fills it and is read to its end and dropped, so that it cannot answer the next
 // request. Returns false when the request could not be written or no 0x04 came within
 // `timeout`; the device's own state then tells whether the stream is gone.
-bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply,
-                        std::chrono::milliseconds timeout);
+bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, std::chrono::milliseconds timeout);
 
 } // namespace marlune::marlunecom

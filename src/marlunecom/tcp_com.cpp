@@ -9,10 +9,7 @@
 
 namespace marlune::marlunecom {
 
-TcpCom::TcpCom(LinkTimeouts timeouts)
-    : StreamCom(timeouts)
-{
-}
+TcpCom::TcpCom(LinkTimeouts timeouts) : StreamCom(timeouts) {}
 
 std::int32_t TcpCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char* address)
 {

@@ -50,12 +50,8 @@ std::string VendorLibraryCom::defaultLocation()
 
 VendorLibraryCom::VendorLibraryCom(std::unique_ptr<QLibrary> library, OpenFunction open, CloseFunction close,
                                    SendRecvFunction sendRecv)
-    : library_(std::move(library))
-    , open_(open)
-    , close_(close)
-    , sendRecv_(sendRecv)
-{
-}
+    : library_(std::move(library)), open_(open), close_(close), sendRecv_(sendRecv)
+{}
 
 // The library stays loaded to the end of the process: a maker's library may keep threads or
 // handlers of its own that do not survive being unloaded.
@@ -66,10 +62,7 @@ std::int32_t VendorLibraryCom::open(std::int32_t kind, std::int32_t mode, char* 
     return open_(kind, mode, address);
 }
 
-std::int32_t VendorLibraryCom::close(std::int32_t kind, std::int32_t handle)
-{
-    return close_(kind, handle);
-}
+std::int32_t VendorLibraryCom::close(std::int32_t kind, std::int32_t handle) { return close_(kind, handle); }
 
 std::int32_t VendorLibraryCom::sendRecv(std::int32_t kind, std::int32_t handle, const char* request, char* reply)
 {
@@ -81,9 +74,6 @@ std::int32_t VendorLibraryCom::sendRecv(std::int32_t kind, std::int32_t handle, 
     return sendRecv_(kind, handle, frame.data(), reply);
 }
 
-std::string VendorLibraryCom::fileName() const
-{
-    return library_->fileName().toStdString();
-}
+std::string VendorLibraryCom::fileName() const { return library_->fileName().toStdString(); }
 
 } // namespace marlune::marlunecom

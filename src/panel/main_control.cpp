@@ -11,7 +11,10 @@ namespace marlune::panel {
 
 namespace {
 
-std::string Axis(const char* prefix, int axis) { return std::string(prefix) + kAxisLetters[static_cast<std::size_t>(axis)]; }
+std::string Axis(const char* prefix, int axis)
+{
+    return std::string(prefix) + kAxisLetters[static_cast<std::size_t>(axis)];
+}
 
 } // namespace
 
@@ -59,13 +62,26 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
 void MainControl::buildCaptions()
 {
     static constexpr std::pair<const char*, const char*> kCaptions[] = {
-        {"HeaderPulsePos", "Pulse Pos"}, {"HeaderEncoderPos", "Encoder Pos"}, {"HeaderPulseSpeed", "Pulse Speed"},
-        {"HeaderStatus", "Status"},      {"HeaderMinusL", "-L"},             {"HeaderHome", "H"},
-        {"HeaderPlusL", "+L"},           {"HeaderAlarm", "Al"},              {"HeaderInp", "Inp"},
-        {"HeaderIndex", "Z"},            {"HeaderLatch", "Lat"},             {"ProgHeaderStatus", "Status"},
-        {"ProgHeaderLine", "Line"},      {"HspdLabel", "Hspd"},              {"LspdLabel", "Lspd"},
-        {"AccelLabel", "Accel"},         {"EnableLabel", "Enable"},          {"ClearLabel", "Clear"},
-        {"CmdLabel", "Cmd:"},            {"ReplyLabel", "Reply:"},
+            {"HeaderPulsePos", "Pulse Pos"},
+            {"HeaderEncoderPos", "Encoder Pos"},
+            {"HeaderPulseSpeed", "Pulse Speed"},
+            {"HeaderStatus", "Status"},
+            {"HeaderMinusL", "-L"},
+            {"HeaderHome", "H"},
+            {"HeaderPlusL", "+L"},
+            {"HeaderAlarm", "Al"},
+            {"HeaderInp", "Inp"},
+            {"HeaderIndex", "Z"},
+            {"HeaderLatch", "Lat"},
+            {"ProgHeaderStatus", "Status"},
+            {"ProgHeaderLine", "Line"},
+            {"HspdLabel", "Hspd"},
+            {"LspdLabel", "Lspd"},
+            {"AccelLabel", "Accel"},
+            {"EnableLabel", "Enable"},
+            {"ClearLabel", "Clear"},
+            {"CmdLabel", "Cmd:"},
+            {"ReplyLabel", "Reply:"},
     };
     for (const auto& [name, caption] : kCaptions)
         add<forms::Label>(name, caption);

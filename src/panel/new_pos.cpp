@@ -32,8 +32,7 @@ void NewPos::accept()
 {
     constexpr std::int64_t kMin = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
-    const forms::WholeNumber number =
-        forms::ParseWholeNumber(NewPosValue.text(), kMin, kMax, forms::Fraction::Refuse);
+    const forms::WholeNumber number = forms::ParseWholeNumber(NewPosValue.text(), kMin, kMax, forms::Fraction::Refuse);
     // A position counter takes a whole number: anything else is answered, and the text stays
     // for the operator to mend.
     if (!number.ok()) {

@@ -63,7 +63,8 @@ void MainControl::writePanelState()
         line += box->text() + ",";
     const std::string error = forms::WriteFileAtomically(kPanelStateFile, line + "\r\n");
     if (!error.empty())
-        forms::MsgBox(std::string("The panel's settings could not be written to ") + kPanelStateFile + ": " + error + ".");
+        forms::MsgBox(std::string("The panel's settings could not be written to ") + kPanelStateFile + ": " + error
+                      + ".");
 }
 
 } // namespace marlune::panel

@@ -10,7 +10,10 @@ namespace marlune::panel {
 
 namespace {
 
-const char* Switch(std::int32_t word, std::int32_t mask) { return link::BitAnd(word, mask) != 0 ? kSwitchOn : kSwitchOff; }
+const char* Switch(std::int32_t word, std::int32_t mask)
+{
+    return link::BitAnd(word, mask) != 0 ? kSwitchOn : kSwitchOff;
+}
 
 const char* Output(std::int32_t word, std::int32_t mask) { return link::BitAnd(word, mask) != 0 ? kOutputOn : kLedOff; }
 
@@ -32,8 +35,8 @@ std::string MainControl::GetStatusText(std::int32_t value)
 {
     // Motion outranks errors; the switch bits 3 to 7 never show here.
     static constexpr std::pair<std::int32_t, const char*> kTexts[] = {
-        {0x0001, "Accelerating"}, {0x0002, "Decelerating"}, {0x0004, "Constant"}, {0x0100, "Err+L"},
-        {0x0200, "Err-L"},        {0x0400, "ErrAlarm"},     {0x0800, "ErrEnc"},   {0x1000, "ErrEncTry"},
+            {0x0001, "Accelerating"}, {0x0002, "Decelerating"}, {0x0004, "Constant"}, {0x0100, "Err+L"},
+            {0x0200, "Err-L"},        {0x0400, "ErrAlarm"},     {0x0800, "ErrEnc"},   {0x1000, "ErrEncTry"},
     };
     for (const auto& [mask, text] : kTexts) {
         if (link::BitAnd(value, mask) != 0)

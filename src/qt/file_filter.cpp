@@ -7,7 +7,7 @@ namespace marlune::qt {
 QStringList QtNameFilters(std::string_view filter)
 {
     const QStringList parts =
-        QString::fromStdString(forms::AnsiToUtf8(filter)).split(QLatin1Char('|'), Qt::KeepEmptyParts);
+            QString::fromStdString(forms::AnsiToUtf8(filter)).split(QLatin1Char('|'), Qt::KeepEmptyParts);
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         QString description = parts[i].trimmed();
@@ -18,7 +18,8 @@ QStringList QtNameFilters(std::string_view filter)
             if (open >= 0)
                 description = description.left(open).trimmed();
         }
-        filters << (description.isEmpty() ? patterns : description + QStringLiteral(" (") + patterns + QLatin1Char(')'));
+        filters << (description.isEmpty() ? patterns
+                                          : description + QStringLiteral(" (") + patterns + QLatin1Char(')'));
     }
     // A lone description without patterns still names what is wanted: show everything.
     if (parts.size() % 2 == 1 && !parts.back().trimmed().isEmpty())

@@ -204,7 +204,8 @@ void FormBinder::bindMenus()
         bindings_[item].action = action;
         if (const auto menu = menus_.find(item->name()); menu != menus_.end()) {
             // Opening a menu is its Click, as the classic menus have it.
-            connect(menu->second, &QMenu::aboutToShow, this, [this, item] { act(*item, [item] { item->operatorClick(); }); });
+            connect(menu->second, &QMenu::aboutToShow, this,
+                    [this, item] { act(*item, [item] { item->operatorClick(); }); });
         } else if (!item->isSeparator()) {
             connect(action, &QAction::triggered, this, [this, item] { act(*item, [item] { item->operatorClick(); }); });
         }
@@ -259,8 +260,9 @@ void FormBinder::connectOperator(forms::Control& control, QWidget& widget)
         connect(picture, &PictureWidget::clicked, this, click);
         connect(picture, &PictureWidget::doubleClicked, this,
                 [this, &control] { act(control, [&control] { control.operatorDoubleClick(); }); });
-        connect(picture, &PictureWidget::mouseDown, this,
-                [this, &control](int button) { act(control, [&control, button] { control.operatorMouseDown(button); }); });
+        connect(picture, &PictureWidget::mouseDown, this, [this, &control](int button) {
+            act(control, [&control, button] { control.operatorMouseDown(button); });
+        });
     } else if (auto* list = qobject_cast<QListWidget*>(&widget)) {
         auto& box = static_cast<forms::ListBox&>(control);
         connect(list, &QListWidget::currentRowChanged, this, [this, &box](int row) {

@@ -74,11 +74,11 @@ void SetUpPlainLayout(const forms::Form& form, QWidget& window)
 const std::vector<FormLayout>& FormLayouts()
 {
     static const std::vector<FormLayout> layouts = {
-        {"frmMain", true, &SetUp<Ui::frmMain, QMainWindow>},
-        {"Terminal", false, &SetUp<Ui::Terminal, QWidget>},
-        {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
-        {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
-        {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
+            {"frmMain", true, &SetUp<Ui::frmMain, QMainWindow>},
+            {"Terminal", false, &SetUp<Ui::Terminal, QWidget>},
+            {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
+            {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
+            {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
     };
     return layouts;
 }

@@ -38,15 +38,13 @@ void MdiFrame::arrange(forms::Arrangement arrangement)
     }
     const QRect whole = area_->viewport()->rect();
     switch (arrangement) {
-    case forms::Arrangement::Cascade:
-        area_->cascadeSubWindows();
-        return;
+    case forms::Arrangement::Cascade: area_->cascadeSubWindows(); return;
     case forms::Arrangement::TileHorizontal:
     case forms::Arrangement::TileVertical: {
         // Minimised children keep their place at the bottom; the others share the rest.
         const auto tiles = arrangement == forms::Arrangement::TileHorizontal
-                               ? TileHorizontally(whole, static_cast<int>(open.size()))
-                               : TileVertically(whole, static_cast<int>(open.size()));
+                                   ? TileHorizontally(whole, static_cast<int>(open.size()))
+                                   : TileVertically(whole, static_cast<int>(open.size()));
         for (qsizetype i = 0; i < open.size(); ++i) {
             if (open[i]->isMaximized())
                 open[i]->showNormal();

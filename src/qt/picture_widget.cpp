@@ -10,7 +10,7 @@ namespace marlune::qt {
 namespace {
 
 struct Look {
-    bool lamp;      // a round lamp, else a square
+    bool lamp; // a round lamp, else a square
     QColor fill;
     QColor rim;
 };

@@ -109,7 +109,9 @@ QtPlatform::Showing& QtPlatform::show(forms::Form& form, QWidget* window)
     showing.window = window;
     showing.binder = new FormBinder(form, *window);
     if (auto* formWindow = qobject_cast<FormWindow*>(window)) {
-        formWindow->unhandledKey = [binder = showing.binder](int key) { return binder && binder->pressStandardButton(key); };
+        formWindow->unhandledKey = [binder = showing.binder](int key) {
+            return binder && binder->pressStandardButton(key);
+        };
     }
     return showing;
 }
@@ -292,7 +294,9 @@ forms::FileDialogResult QtPlatform::fileDialog(const forms::FileDialogRequest& r
     const std::string name = forms::Utf8ToAnsi(files.front().toStdString());
     // The program keeps names in its own code page; a name that does not fit would name another file.
     if (Text(name) != files.front())
-        return {Outcome::Failed, {}, "The file name " + files.front().toStdString() + " has characters the program cannot hold."};
+        return {Outcome::Failed,
+                {},
+                "The file name " + files.front().toStdString() + " has characters the program cannot hold."};
     return {Outcome::Chosen, name, {}};
 }
 
@@ -352,7 +356,8 @@ std::optional<std::string> QtPlatform::showHelp(const std::string& file, int com
 {
     const std::optional<QString> manual = LocateManual();
     if (!manual)
-        return "The help for " + file + " is not installed: controller-language.md was not found beside the program or in its docs folder.";
+        return "The help for " + file
+               + " is not installed: controller-language.md was not found beside the program or in its docs folder.";
     if (!help_) {
         help_ = new HelpBrowser;
         help_->setAttribute(Qt::WA_DeleteOnClose);

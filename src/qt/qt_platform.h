@@ -61,10 +61,10 @@ signals:
 
 private:
     struct Showing {
-        QPointer<QWidget> window;         // the form's window, or the content of a frame child
-        QPointer<QMdiSubWindow> child;    // set for a child of the frame
+        QPointer<QWidget> window;      // the form's window, or the content of a frame child
+        QPointer<QMdiSubWindow> child; // set for a child of the frame
         QPointer<FormBinder> binder;
-        QEventLoop* loop = nullptr;       // set while the form is shown modally
+        QEventLoop* loop = nullptr; // set while the form is shown modally
     };
 
     Showing& show(forms::Form& form, QWidget* window);

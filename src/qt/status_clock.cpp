@@ -45,7 +45,7 @@ bool StatusClock::show(const QDateTime& now)
     const bool date = SetIfChanged(*date_, locale.toString(now.date(), QLocale::ShortFormat));
     // Hours and minutes, as the classic time panel has them, in the desktop's own order.
     static const QString timeFormat =
-        locale.timeFormat(QLocale::ShortFormat).remove(QRegularExpression(QStringLiteral("[:.]ss?")));
+            locale.timeFormat(QLocale::ShortFormat).remove(QRegularExpression(QStringLiteral("[:.]ss?")));
     const bool time = SetIfChanged(*time_, locale.toString(now.time(), timeFormat));
     return date || time;
 }

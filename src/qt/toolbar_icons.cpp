@@ -42,6 +42,7 @@ using Drawing = std::function<void(QPainter&)>;
 
 const std::map<QString, std::pair<QString, Drawing>>& Icons()
 {
+    // clang-format off
     static const std::map<QString, std::pair<QString, Drawing>> icons = {
         {"Upload", {"go-up", [](QPainter& p) { Page(p, {6, 10, 20, 19}); Arrow(p, {16, 2}, 7, true); }}},
         {"New", {"document-new", [](QPainter& p) { Page(p, {7, 3, 18, 26}); }}},
@@ -146,6 +147,7 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              p.drawText(QRectF(3, 3, 26, 26), Qt::AlignCenter, QStringLiteral("?"));
          }}},
     };
+    // clang-format on
     return icons;
 }
 

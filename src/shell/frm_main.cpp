@@ -3,9 +3,9 @@
 #include <string>
 
 #include "forms/platform.h"
+#include "panel/main_control.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
-#include "panel/main_control.h"
 #include "tools/terminal.h"
 
 namespace marlune::shell {

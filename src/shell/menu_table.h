@@ -22,6 +22,7 @@ struct ToolPlace {
     std::string_view menu;
 };
 
+// clang-format off
 inline constexpr std::array<MenuEntry, 40> kMenuTable = {{
     {"mnuFile", "", "&File", ""},
     {"UploadProject", "mnuFile", "Upload Project", ""},
@@ -89,5 +90,6 @@ inline constexpr std::array<ToolPlace, 22> kToolBarTable = {{
     {"", "", ""},
     {"Help", "Language Help", "mnuHelpContents"},
 }};
+// clang-format on
 
 } // namespace marlune::shell

@@ -13,7 +13,7 @@ namespace marlune::panel {
 class MainControl;
 class NewPos;
 class MonitorAI;
-}
+} // namespace marlune::panel
 
 namespace marlune::shell {
 

@@ -98,8 +98,7 @@ std::string Axis::home(HomeMode mode, int direction, const SpeedSettings& speeds
         if (!plus && at > switches::kHomeTo)
             return startMotion(switches::kHomeTo, speeds, Arrival::Home);
         // The switch lies behind: the search runs into the limit.
-        return startMotion(plus ? switches::kPlusLimitAt + 1 : switches::kMinusLimitAt - 1, speeds,
-                           Arrival::Target);
+        return startMotion(plus ? switches::kPlusLimitAt + 1 : switches::kMinusLimitAt - 1, speeds, Arrival::Target);
     case HomeMode::LimitSwitch:
         return startMotion(plus ? switches::kPlusLimitAt : switches::kMinusLimitAt, speeds, Arrival::Home);
     case HomeMode::IndexPulse: {

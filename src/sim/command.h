@@ -73,15 +73,15 @@ struct MoveTarget {
 
 struct Command {
     Op op = Op::Status;
-    int index = 0;          // program, variable, digital point or analog channel number, from 1
+    int index = 0; // program, variable, digital point or analog channel number, from 1
     AxisId axis = AxisId::X;
-    bool allAxes = false;   // STOP, RSTOP and MECLEAR without an axis letter
-    int direction = 1;      // homing
+    bool allAxes = false; // STOP, RSTOP and MECLEAR without an axis letter
+    int direction = 1;    // homing
     HomeMode homeMode = HomeMode::HomeSwitch;
     Setting setting = Setting::High;
     bool clearOutput = false; // CO rather than EO
     std::int64_t value = 0;
-    std::string text;       // IP address, project name
+    std::string text; // IP address, project name
     std::array<MoveTarget, kAxisCount> targets{};
 };
 

@@ -44,8 +44,8 @@ public:
     bool run()
     {
         c_ = Command{};
-        static constexpr bool (Parser::*kFamilies[])() = {&Parser::exact,   &Parser::programs,  &Parser::settings,
-                                                          &Parser::homing,  &Parser::stops,     &Parser::outputs,
+        static constexpr bool (Parser::*kFamilies[])() = {&Parser::exact,     &Parser::programs, &Parser::settings,
+                                                          &Parser::homing,    &Parser::stops,    &Parser::outputs,
                                                           &Parser::variables, &Parser::moves};
         for (const auto family : kFamilies) {
             if ((this->*family)())
@@ -75,10 +75,11 @@ private:
             Op op;
         };
         static constexpr Word kWords[] = {
-            {"???", Op::Status},  {"$", Op::StoreStatus},  {"ABS", Op::Absolute},    {"INC", Op::Incremental},
-            {"ABORT", Op::Abort}, {"JOYON", Op::JoyOn},    {"JOYOFF", Op::JoyOff},   {"CLOSE", Op::CloseProgram},
-            {"CLEAR", Op::ClearProgram}, {"STORE", Op::Store}, {"LOAD", Op::Load},   {"PROJ", Op::ReadProject},
-            {"PRON", Op::ReadProgramSet}, {"IPA", Op::ReadIp}, {"DIO", Op::ReadDio}};
+                {"???", Op::Status},          {"$", Op::StoreStatus},      {"ABS", Op::Absolute},
+                {"INC", Op::Incremental},     {"ABORT", Op::Abort},        {"JOYON", Op::JoyOn},
+                {"JOYOFF", Op::JoyOff},       {"CLOSE", Op::CloseProgram}, {"CLEAR", Op::ClearProgram},
+                {"STORE", Op::Store},         {"LOAD", Op::Load},          {"PROJ", Op::ReadProject},
+                {"PRON", Op::ReadProgramSet}, {"IPA", Op::ReadIp},         {"DIO", Op::ReadDio}};
         for (const Word& word : kWords) {
             if (text_ == word.text)
                 return set(word.op);
@@ -112,10 +113,10 @@ private:
             Op op;
         };
         static constexpr Word kWords[] = {
-            {"OPENPROG", Op::OpenProgram}, {"LISTPROG", Op::List},        {"PSTAT", Op::ProgramStatus},
-            {"UPLOAD", Op::Upload},        {"RUN", Op::Run},              {"QUIT", Op::Quit},
-            {"PAUSE", Op::Pause},          {"CONTINUE", Op::Continue},    {"PECLEAR", Op::ClearProgramError},
-            {"PEMSG", Op::ReadProgramError}};
+                {"OPENPROG", Op::OpenProgram},  {"LISTPROG", Op::List},     {"PSTAT", Op::ProgramStatus},
+                {"UPLOAD", Op::Upload},         {"RUN", Op::Run},           {"QUIT", Op::Quit},
+                {"PAUSE", Op::Pause},           {"CONTINUE", Op::Continue}, {"PECLEAR", Op::ClearProgramError},
+                {"PEMSG", Op::ReadProgramError}};
         for (const Word& word : kWords) {
             if (!startsWith(text_, word.text))
                 continue;
@@ -135,9 +136,12 @@ private:
             std::string_view text;
             Setting setting;
         };
-        static constexpr Word kWords[] = {{"EHSPD", Setting::CorrectionHigh}, {"ELSPD", Setting::CorrectionLow},
-                                          {"EACCEL", Setting::CorrectionAccel}, {"HSPD", Setting::High},
-                                          {"LSPD", Setting::Low},               {"ACCEL", Setting::Accel}};
+        static constexpr Word kWords[] = {{"EHSPD", Setting::CorrectionHigh},
+                                          {"ELSPD", Setting::CorrectionLow},
+                                          {"EACCEL", Setting::CorrectionAccel},
+                                          {"HSPD", Setting::High},
+                                          {"LSPD", Setting::Low},
+                                          {"ACCEL", Setting::Accel}};
         for (const Word& word : kWords) {
             if (!startsWith(text_, word.text))
                 continue;
@@ -163,15 +167,15 @@ private:
             HomeMode mode;
         };
         static constexpr Word kWords[] = {
-            {"ZHOME", HomeMode::IndexPulse}, {"LHOME", HomeMode::LimitSwitch}, {"HOME", HomeMode::HomeSwitch}};
+                {"ZHOME", HomeMode::IndexPulse}, {"LHOME", HomeMode::LimitSwitch}, {"HOME", HomeMode::HomeSwitch}};
         for (const Word& word : kWords) {
             if (!startsWith(text_, word.text))
                 continue;
             const std::string_view rest = text_.substr(word.text.size());
             const auto axis = rest.size() == 2 ? axisFromLetter(rest[0]) : std::nullopt;
             if (!axis || (rest[1] != '+' && rest[1] != '-'))
-                return failDone(std::string(word.text) + " needs an axis and a direction, as in " +
-                                std::string(word.text) + "X+");
+                return failDone(std::string(word.text) + " needs an axis and a direction, as in "
+                                + std::string(word.text) + "X+");
             c_.homeMode = word.mode;
             c_.axis = *axis;
             c_.direction = rest[1] == '+' ? 1 : -1;
@@ -188,7 +192,7 @@ private:
             Op op;
         };
         static constexpr Word kWords[] = {
-            {"RSTOP", Op::RampStop}, {"STOP", Op::Stop}, {"MECLEAR", Op::ClearMotorError}};
+                {"RSTOP", Op::RampStop}, {"STOP", Op::Stop}, {"MECLEAR", Op::ClearMotorError}};
         for (const Word& word : kWords) {
             if (!startsWith(text_, word.text))
                 continue;
@@ -256,8 +260,8 @@ private:
             if (!index)
                 return failDone(std::string(family.text) + " numbers run from 1 to " + std::to_string(family.count));
             c_.index = *index;
-            return readOrWrite(equals == std::string_view::npos ? std::string_view() : rest.substr(equals),
-                               family.read, family.write);
+            return readOrWrite(equals == std::string_view::npos ? std::string_view() : rest.substr(equals), family.read,
+                               family.write);
         }
         return false;
     }
@@ -293,8 +297,8 @@ private:
             while (pos < text_.size() && !axisFromLetter(text_[pos]))
                 ++pos;
             if (!parseTarget(text_.substr(start, pos - start), target))
-                return failDone("bad target \"" + std::string(text_.substr(start, pos - start)) + "\" for " +
-                                std::string(1, text_[start - 1]));
+                return failDone("bad target \"" + std::string(text_.substr(start, pos - start)) + "\" for "
+                                + std::string(1, text_[start - 1]));
         }
         return set(Op::Move);
     }

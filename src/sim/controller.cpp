@@ -108,7 +108,7 @@ Controller::Reply Controller::handle(std::string_view raw)
     const bool parsed = parseCommand(text, command, why);
     if (programs_.openProgram()) {
         // While a program is open its lines are stored; only these act at once.
-        static constexpr Op kImmediate[] = {Op::CloseProgram, Op::OpenProgram, Op::ClearProgram, Op::Status,
+        static constexpr Op kImmediate[] = {Op::CloseProgram, Op::OpenProgram,   Op::ClearProgram, Op::Status,
                                             Op::StoreStatus,  Op::ProgramStatus, Op::List};
         if (!parsed || std::find(std::begin(kImmediate), std::end(kImmediate), command.op) == std::end(kImmediate)) {
             std::string line(raw);
@@ -125,8 +125,7 @@ Controller::Reply Controller::handle(std::string_view raw)
 Controller::Reply Controller::dispatch(const Command& command)
 {
     switch (command.op) {
-    case Op::Status:
-        return {true, statusRecord()};
+    case Op::Status: return {true, statusRecord()};
     case Op::Absolute:
     case Op::Incremental:
     case Op::Move:
@@ -138,20 +137,16 @@ Controller::Reply Controller::dispatch(const Command& command)
     case Op::WritePosition:
     case Op::ReadEncoder:
     case Op::WriteEncoder:
-    case Op::ClearMotorError:
-        return motion(command);
+    case Op::ClearMotorError: return motion(command);
     case Op::JoyOn:
     case Op::JoyOff:
     case Op::ReadDio:
     case Op::WriteDio:
     case Op::ReadAxisOutput:
     case Op::WriteAxisOutput:
-    case Op::ReadAnalog:
-        return io(command);
-    case Op::ReadSetting:
-        return readSetting(command.setting);
-    case Op::WriteSetting:
-        return writeSetting(command.setting, command.value);
+    case Op::ReadAnalog: return io(command);
+    case Op::ReadSetting: return readSetting(command.setting);
+    case Op::WriteSetting: return writeSetting(command.setting, command.value);
     case Op::ReadI:
     case Op::WriteI:
     case Op::ReadV:
@@ -160,27 +155,23 @@ Controller::Reply Controller::dispatch(const Command& command)
     case Op::WriteIp:
     case Op::Store:
     case Op::Load:
-    case Op::StoreStatus:
-        return memory(command);
+    case Op::StoreStatus: return memory(command);
     case Op::Run:
     case Op::Quit:
     case Op::Pause:
     case Op::Continue:
     case Op::ClearProgramError:
-    case Op::ReadProgramError:
-        return programControl(command);
+    case Op::ReadProgramError: return programControl(command);
     case Op::CloseProgram:
     case Op::OpenProgram:
     case Op::ClearProgram:
     case Op::ProgramStatus:
     case Op::Upload:
-    case Op::List:
-        return programStorage(command);
+    case Op::List: return programStorage(command);
     case Op::ReadProject:
     case Op::WriteProject:
     case Op::ReadProgramSet:
-    case Op::WriteProgramSet:
-        return project(command);
+    case Op::WriteProgramSet: return project(command);
     }
     return error("command not available");
 }
@@ -196,39 +187,22 @@ Controller::Reply Controller::motion(const Command& command)
     };
     switch (command.op) {
     case Op::Absolute:
-    case Op::Incremental:
-        incremental_ = command.op == Op::Incremental;
-        return done();
-    case Op::Move:
-        return move(command);
-    case Op::Home:
-        return outcome(axis.home(command.homeMode, command.direction, speeds_));
-    case Op::Stop:
-        eachAxis([](Axis& a) { a.stop(); });
-        return done();
-    case Op::RampStop:
-        eachAxis([&](Axis& a) { a.rampStop(speeds_); });
-        return done();
+    case Op::Incremental: incremental_ = command.op == Op::Incremental; return done();
+    case Op::Move: return move(command);
+    case Op::Home: return outcome(axis.home(command.homeMode, command.direction, speeds_));
+    case Op::Stop: eachAxis([](Axis& a) { a.stop(); }); return done();
+    case Op::RampStop: eachAxis([&](Axis& a) { a.rampStop(speeds_); }); return done();
     case Op::Abort:
         for (Axis& a : axes_)
             a.stop();
         quitAllPrograms();
         return done();
-    case Op::ReadPosition:
-        return value(axis.position());
-    case Op::WritePosition:
-        axis.setPosition(command.value);
-        return done();
-    case Op::ReadEncoder:
-        return value(axis.encoder());
-    case Op::WriteEncoder:
-        axis.setEncoder(command.value);
-        return done();
-    case Op::ClearMotorError:
-        eachAxis([](Axis& a) { a.clearErrors(); });
-        return done();
-    default:
-        break;
+    case Op::ReadPosition: return value(axis.position());
+    case Op::WritePosition: axis.setPosition(command.value); return done();
+    case Op::ReadEncoder: return value(axis.encoder());
+    case Op::WriteEncoder: axis.setEncoder(command.value); return done();
+    case Op::ClearMotorError: eachAxis([](Axis& a) { a.clearErrors(); }); return done();
+    default: break;
     }
     return error("command not available");
 }
@@ -270,23 +244,16 @@ Controller::Reply Controller::io(const Command& command)
     const int axis = static_cast<int>(axisIndex(command.axis));
     switch (command.op) {
     case Op::JoyOn:
-    case Op::JoyOff:
-        joystick_ = command.op == Op::JoyOn;
-        return done();
+    case Op::JoyOff: joystick_ = command.op == Op::JoyOn; return done();
     case Op::ReadDio:
         if (command.index == 0)
             return value(dio_.word(direction()));
         return value(dio_.read(command.index, direction()) ? 1 : 0);
-    case Op::WriteDio:
-        return outcome(dio_.write(command.index, command.value, direction()));
-    case Op::ReadAxisOutput:
-        return value(axisOutputs_.read(axis, command.clearOutput) ? 1 : 0);
-    case Op::WriteAxisOutput:
-        return outcome(axisOutputs_.write(axis, command.clearOutput, command.value));
-    case Op::ReadAnalog:
-        return value(analogReading(command.index, now_));
-    default:
-        break;
+    case Op::WriteDio: return outcome(dio_.write(command.index, command.value, direction()));
+    case Op::ReadAxisOutput: return value(axisOutputs_.read(axis, command.clearOutput) ? 1 : 0);
+    case Op::WriteAxisOutput: return outcome(axisOutputs_.write(axis, command.clearOutput, command.value));
+    case Op::ReadAnalog: return value(analogReading(command.index, now_));
+    default: break;
     }
     return error("command not available");
 }
@@ -306,14 +273,13 @@ Controller::Reply Controller::readSetting(Setting setting) const
 
 Controller::Reply Controller::writeSetting(Setting setting, std::int64_t number)
 {
-    const bool correction = setting == Setting::CorrectionHigh || setting == Setting::CorrectionLow ||
-                            setting == Setting::CorrectionAccel;
+    const bool correction = setting == Setting::CorrectionHigh || setting == Setting::CorrectionLow
+                            || setting == Setting::CorrectionAccel;
     SpeedSettings& target = correction ? correctionSpeeds_ : speeds_;
     const auto inRange = [&](std::int64_t low, std::int64_t high, const char* name) {
-        return number >= low && number <= high
-                   ? Reply{}
-                   : error(std::string(correction ? "E" : "") + name + " takes " + std::to_string(low) + " to " +
-                           std::to_string(high));
+        return number >= low && number <= high ? Reply{}
+                                               : error(std::string(correction ? "E" : "") + name + " takes "
+                                                       + std::to_string(low) + " to " + std::to_string(high));
     };
     Reply check;
     switch (setting) {
@@ -366,38 +332,25 @@ Controller::Reply Controller::writeIpAddress(const std::string& text)
 Controller::Reply Controller::memory(const Command& command)
 {
     switch (command.op) {
-    case Op::ReadI:
-        return value(iVariable(command.index));
-    case Op::WriteI:
-        return outcome(variables_.setI(command.index, command.value));
-    case Op::ReadV:
-        return value(variables_.v(command.index));
-    case Op::WriteV:
-        return outcome(variables_.setV(command.index, command.value));
-    case Op::ReadIp:
-        return {true, ipAddress_};
-    case Op::WriteIp:
-        return writeIpAddress(command.text);
-    case Op::Store:
-        eeprom_.write(imageOfMemory(), now_);
-        return done();
+    case Op::ReadI: return value(iVariable(command.index));
+    case Op::WriteI: return outcome(variables_.setI(command.index, command.value));
+    case Op::ReadV: return value(variables_.v(command.index));
+    case Op::WriteV: return outcome(variables_.setV(command.index, command.value));
+    case Op::ReadIp: return {true, ipAddress_};
+    case Op::WriteIp: return writeIpAddress(command.text);
+    case Op::Store: eeprom_.write(imageOfMemory(), now_); return done();
     case Op::Load:
         quitAllPrograms();
         programs_.close();
         restoreMemory(eeprom_.image());
         return done();
-    case Op::StoreStatus:
-        return done(); // reached only once the write is over: during it nothing answers
-    default:
-        break;
+    case Op::StoreStatus: return done(); // reached only once the write is over: during it nothing answers
+    default: break;
     }
     return error("command not available");
 }
 
-std::int32_t Controller::iVariable(int n) const
-{
-    return n == kICount ? eeprom_.writeCount() : variables_.i(n);
-}
+std::int32_t Controller::iVariable(int n) const { return n == kICount ? eeprom_.writeCount() : variables_.i(n); }
 
 EepromImage Controller::imageOfMemory() const
 {

@@ -25,9 +25,7 @@ Controller::Reply Controller::programControl(const Command& command)
             return error(programName(n) + " is empty");
         return outcome(r.start(programs_.lines(n), n, now_));
     }
-    case Op::Quit:
-        r.quit();
-        return done();
+    case Op::Quit: r.quit(); return done();
     case Op::Pause:
         if (!r.active())
             return error(programName(n) + " is not running");
@@ -38,13 +36,9 @@ Controller::Reply Controller::programControl(const Command& command)
             return error(programName(n) + " is not paused");
         r.resume(now_);
         return done();
-    case Op::ClearProgramError:
-        r.clearError();
-        return done();
-    case Op::ReadProgramError:
-        return {true, r.message().empty() ? "No error" : r.message()};
-    default:
-        break;
+    case Op::ClearProgramError: r.clearError(); return done();
+    case Op::ReadProgramError: return {true, r.message().empty() ? "No error" : r.message()};
+    default: break;
     }
     return error("command not available");
 }
@@ -53,9 +47,7 @@ Controller::Reply Controller::programStorage(const Command& command)
 {
     const int n = command.index;
     switch (command.op) {
-    case Op::CloseProgram:
-        programs_.close();
-        return done();
+    case Op::CloseProgram: programs_.close(); return done();
     case Op::OpenProgram:
         if (runner(n).active() || runner(n).state() == ProgramState::Paused)
             return error(programName(n) + " is running, QUIT it first");
@@ -70,16 +62,13 @@ Controller::Reply Controller::programStorage(const Command& command)
         // state, current line, open for writing, number of lines; it also starts a new upload.
         programs_.rewindUpload(n);
         const ProgramRunner& r = runner(n);
-        return {true, std::to_string(static_cast<int>(r.state())) + "," + std::to_string(r.currentLine()) + "," +
-                          (programs_.openProgram() == n ? "1" : "0") + "," +
-                          std::to_string(programs_.lines(n).size())};
+        return {true, std::to_string(static_cast<int>(r.state())) + "," + std::to_string(r.currentLine()) + ","
+                              + (programs_.openProgram() == n ? "1" : "0") + ","
+                              + std::to_string(programs_.lines(n).size())};
     }
-    case Op::Upload:
-        return {true, programs_.nextUploadLine(n)};
-    case Op::List:
-        return {true, programs_.listing(n)};
-    default:
-        break;
+    case Op::Upload: return {true, programs_.nextUploadLine(n)};
+    case Op::List: return {true, programs_.listing(n)};
+    default: break;
     }
     return error("command not available");
 }
@@ -107,8 +96,7 @@ Controller::Reply Controller::project(const Command& command)
             return error("PRON= takes 0 to 15");
         programSet_ = static_cast<std::int32_t>(command.value);
         return done();
-    default:
-        break;
+    default: break;
     }
     return error("command not available");
 }

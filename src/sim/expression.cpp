@@ -44,7 +44,7 @@ std::optional<Operand> parseOperand(std::string_view name)
         int high;
     };
     static constexpr Family kFamilies[] = {
-        {"V", Kind::V, kVCount}, {"I", Kind::I, kICount}, {"DIO", Kind::Dio, kDioCount}, {"AI", Kind::Analog, 2}};
+            {"V", Kind::V, kVCount}, {"I", Kind::I, kICount}, {"DIO", Kind::Dio, kDioCount}, {"AI", Kind::Analog, 2}};
     for (const Family& family : kFamilies) {
         if (word == family.word) {
             if (const auto index = numberIn(digits, 1, family.high))
@@ -93,8 +93,8 @@ private:
         if (!sum())
             return false;
         static constexpr std::pair<std::string_view, Code> kRelations[] = {
-            {"==", Code::Eq}, {"<>", Code::Ne}, {"!=", Code::Ne}, {"<=", Code::Le},
-            {">=", Code::Ge}, {"<", Code::Lt},  {">", Code::Gt},  {"=", Code::Eq}};
+                {"==", Code::Eq}, {"<>", Code::Ne}, {"!=", Code::Ne}, {"<=", Code::Le},
+                {">=", Code::Ge}, {"<", Code::Lt},  {">", Code::Gt},  {"=", Code::Eq}};
         for (const auto& [token, code] : kRelations) {
             if (eat(token)) {
                 if (!sum())
@@ -171,7 +171,7 @@ private:
         const std::string_view name = text_.substr(start, pos_ - start);
         if (name.empty())
             return fail(pos_ < text_.size() ? "unexpected \"" + std::string(text_.substr(pos_)) + "\""
-                                             : "value missing");
+                                            : "value missing");
         const auto found = parseOperand(name);
         if (!found)
             return fail("unknown value \"" + std::string(name) + "\"");

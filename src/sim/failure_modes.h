@@ -8,11 +8,11 @@ namespace marlune::sim {
 // The controller model honours those about answers; the transports (in process, TCP,
 // pseudo-terminal) honour those about framing, timing, opening and dropping.
 struct FailureModes {
-    bool noReply = false;             // the controller stays silent: the exchange times out
-    bool garbageReply = false;        // the controller answers with bytes that mean nothing
-    bool noTerminator = false;        // the reply is sent without its closing 0x04
-    std::int32_t slowReplyMs = 0;     // every reply is held back this long
-    bool failFirstOpen = false;       // the next open fails once, then opens work again
+    bool noReply = false;                 // the controller stays silent: the exchange times out
+    bool garbageReply = false;            // the controller answers with bytes that mean nothing
+    bool noTerminator = false;            // the reply is sent without its closing 0x04
+    std::int32_t slowReplyMs = 0;         // every reply is held back this long
+    bool failFirstOpen = false;           // the next open fails once, then opens work again
     std::int32_t dropAfterExchanges = -1; // the link dies after this many more exchanges (-1: never)
 };
 

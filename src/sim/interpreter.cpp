@@ -34,10 +34,8 @@ bool allowedInProgram(Op op)
     case Op::Quit:
     case Op::Pause:
     case Op::Continue:
-    case Op::ClearProgramError:
-        return true;
-    default:
-        return false;
+    case Op::ClearProgramError: return true;
+    default: return false;
     }
 }
 
@@ -52,7 +50,7 @@ bool compileLine(std::string_view text, Statement& s, std::string& error)
         Kind kind;
     };
     static constexpr Word kBare[] = {
-        {"ENDWHILE", Kind::EndWhile}, {"ENDIF", Kind::EndIf}, {"ELSE", Kind::Else}, {"END", Kind::End}};
+            {"ENDWHILE", Kind::EndWhile}, {"ENDIF", Kind::EndIf}, {"ELSE", Kind::Else}, {"END", Kind::End}};
     for (const Word& word : kBare) {
         if (text == word.text) {
             s.kind = word.kind;
@@ -146,9 +144,7 @@ bool compileProgram(const std::vector<std::string>& lines, std::vector<Statement
         const std::size_t here = code.size();
         switch (s.kind) {
         case Kind::While:
-        case Kind::If:
-            open.push_back(here);
-            break;
+        case Kind::If: open.push_back(here); break;
         case Kind::Else:
             if (open.empty() || code[open.back()].kind != Kind::If) {
                 error = "ELSE without IF";
@@ -174,8 +170,7 @@ bool compileProgram(const std::vector<std::string>& lines, std::vector<Statement
             s.jump = open.back();
             open.pop_back();
             break;
-        default:
-            break;
+        default: break;
         }
         code.push_back(std::move(s));
     }
@@ -298,15 +293,9 @@ void ProgramRunner::step(Machine& machine, std::int64_t now)
         pc_ = value != 0 ? pc_ + 1 : s.jump;
         return;
     case Kind::EndWhile:
-    case Kind::Else:
-        pc_ = s.jump;
-        return;
-    case Kind::EndIf:
-        ++pc_;
-        return;
-    case Kind::End:
-        finish();
-        return;
+    case Kind::Else: pc_ = s.jump; return;
+    case Kind::EndIf: ++pc_; return;
+    case Kind::End: finish(); return;
     case Kind::Delay:
         if (!evaluate(machine, s, value))
             return;

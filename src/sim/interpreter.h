@@ -25,11 +25,11 @@ public:
 struct Statement {
     enum class Kind { Perform, SetValue, While, EndWhile, If, Else, EndIf, End, Delay, Wait };
     Kind kind = Kind::Perform;
-    int line = 0;             // line number from 1
-    Command command;          // Perform, SetValue (its value comes from the expression)
+    int line = 0;    // line number from 1
+    Command command; // Perform, SetValue (its value comes from the expression)
     Expression expression = Expression::constant(0);
-    std::size_t jump = 0;     // While, EndWhile, If, Else: where control goes
-    unsigned axisMask = 0;    // Wait
+    std::size_t jump = 0;  // While, EndWhile, If, Else: where control goes
+    unsigned axisMask = 0; // Wait
 };
 
 // Compiles program lines; on failure says which line and why.

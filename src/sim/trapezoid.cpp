@@ -78,14 +78,10 @@ double Trapezoid::distanceAt(double seconds) const
 double Trapezoid::speedAt(double seconds) const
 {
     switch (phaseAt(seconds)) {
-    case MotionPhase::Accelerating:
-        return startSpeed_ + accel_ * std::max(seconds, 0.0);
-    case MotionPhase::Constant:
-        return peakSpeed_;
-    case MotionPhase::Decelerating:
-        return peakSpeed_ - accel_ * (seconds - accelTime_ - constTime_);
-    case MotionPhase::Done:
-        break;
+    case MotionPhase::Accelerating: return startSpeed_ + accel_ * std::max(seconds, 0.0);
+    case MotionPhase::Constant: return peakSpeed_;
+    case MotionPhase::Decelerating: return peakSpeed_ - accel_ * (seconds - accelTime_ - constTime_);
+    case MotionPhase::Done: break;
     }
     return 0.0;
 }

@@ -88,8 +88,8 @@ void Terminal::enterCommand()
     }
     if (forms::ContainsUpper(command, "STORE")) {
         const forms::MessageAnswer answer =
-            forms::MsgBox("Store the Programs and Variables from Memory to EEPROM?", forms::MessageButtons::YesNo,
-                          forms::MessageIcon::Question, "STORE MARLUNE DATA");
+                forms::MsgBox("Store the Programs and Variables from Memory to EEPROM?", forms::MessageButtons::YesNo,
+                              forms::MessageIcon::Question, "STORE MARLUNE DATA");
         if (answer == forms::MessageAnswer::Yes) {
             link::SendCommand(command, reply);
             // The controller is silent while it writes its EEPROM; the counter read tells when it is back.

@@ -57,7 +57,7 @@ TEST(Controls, TextChangeAndTyping)
     EXPECT_TRUE(f.events.empty());
     f.text.setSelStart(2);
     f.text.setSelLength(2);
-    f.text.operatorType("Ax");  // x is swallowed by KeyPress
+    f.text.operatorType("Ax"); // x is swallowed by KeyPress
     EXPECT_EQ(f.text.text(), "stAt");
     EXPECT_EQ(f.text.selStart(), 3);
     f.text.operatorKey(kKeyBackspace);

@@ -31,7 +31,8 @@ INSTANTIATE_TEST_SUITE_P(Texts, WholeNumberRounding,
 
 TEST(WholeNumber, TextThatIsNoNumberIsSaidSo)
 {
-    for (const char* text : {"", " ", "abc", "12a", "1 2", "-", ".", "e5", "1e", "1e+", "0x10", "Error in Send Receive!"}) {
+    for (const char* text :
+         {"", " ", "abc", "12a", "1 2", "-", ".", "e5", "1e", "1e+", "0x10", "Error in Send Receive!"}) {
         EXPECT_EQ(ParseWholeNumber(text, -100, 100).error, NumberError::NotANumber) << '"' << text << '"';
     }
 }

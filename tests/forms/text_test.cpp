@@ -18,11 +18,15 @@ TEST(AnsiText, EveryByteSurvivesTheRoundTripThroughUnicode)
 
 TEST(AnsiText, HighBytesAreWindows1252)
 {
-    EXPECT_EQ(AnsiToUtf8("\x80"), "\xE2\x82\xAC");  // euro sign
-    EXPECT_EQ(AnsiToUtf8("\xE9"), "\xC3\xA9");      // e acute
-    EXPECT_EQ(Utf8ToAnsi("\xE2\x80\x9C" "a" "\xE2\x80\x9D"), "\x93" "a\x94");
-    EXPECT_EQ(Utf8ToAnsi("\xE4\xB8\xAD"), "?");     // no such character in the code page
-    EXPECT_EQ(Utf8ToAnsi("ok\xC3"), "ok?");         // a cut sequence
+    EXPECT_EQ(AnsiToUtf8("\x80"), "\xE2\x82\xAC"); // euro sign
+    EXPECT_EQ(AnsiToUtf8("\xE9"), "\xC3\xA9");     // e acute
+    EXPECT_EQ(Utf8ToAnsi("\xE2\x80\x9C"
+                         "a"
+                         "\xE2\x80\x9D"),
+              "\x93"
+              "a\x94");
+    EXPECT_EQ(Utf8ToAnsi("\xE4\xB8\xAD"), "?"); // no such character in the code page
+    EXPECT_EQ(Utf8ToAnsi("ok\xC3"), "ok?");     // a cut sequence
 }
 
 TEST(AnsiText, UpperCaseTestsFindWordsInsideLongerOnes)

@@ -172,8 +172,8 @@ TEST_F(FormRuntime, ATickWhileItsOwnMessageBoxIsOpenIsDroppedAndOtherTimersRun)
     // The box was open from 100 to 450: Timer1 fell due at 200, 300 and 400 and was dropped.
     EXPECT_EQ(failingTicks, 1);
     EXPECT_EQ(platform.now(), 450);
-    EXPECT_EQ(otherTicks, (std::vector<std::int64_t>{30, 60, 90, 120, 150, 180, 210, 240, 270, 300, 330, 360, 390, 420,
-                                                     450}));
+    EXPECT_EQ(otherTicks,
+              (std::vector<std::int64_t>{30, 60, 90, 120, 150, 180, 210, 240, 270, 300, 330, 360, 390, 420, 450}));
     platform.advance(500);
     EXPECT_EQ(failingTicks, 2);
     EXPECT_EQ(platform.messages().size(), 1u);

@@ -30,18 +30,16 @@ TEST_P(LexWords, SplitsAndResolvesEscapes)
     EXPECT_EQ(words, GetParam().words);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, LexWords,
-    ::testing::Values(LexCase{"reply X1000 OK", {"reply", "X1000", "OK"}},
-                      LexCase{"  \texpect   sent\t\"A B\"  ", {"expect", "sent", "A B"}},
-                      LexCase{R"(x "q\"uote" "back\\slash")", {"x", "q\"uote", "back\\slash"}},
-                      LexCase{R"(x "\r\n\t")", {"x", "\r\n\t"}},
-                      LexCase{R"(x "\x04\x7f\xFFz")", {"x", std::string("\x04\x7f\xff", 3) + "z"}},
-                      LexCase{R"(x "\x00")", {"x", std::string(1, '\0')}},
-                      LexCase{R"(x "" C:\dir)", {"x", "", "C:\\dir"}},
-                      LexCase{"x a#b", {"x", "a#b"}},
-                      LexCase{"   # a comment \"unclosed", {}},
-                      LexCase{"", {}}));
+INSTANTIATE_TEST_SUITE_P(Lines, LexWords,
+                         ::testing::Values(LexCase{"reply X1000 OK", {"reply", "X1000", "OK"}},
+                                           LexCase{"  \texpect   sent\t\"A B\"  ", {"expect", "sent", "A B"}},
+                                           LexCase{R"(x "q\"uote" "back\\slash")", {"x", "q\"uote", "back\\slash"}},
+                                           LexCase{R"(x "\r\n\t")", {"x", "\r\n\t"}},
+                                           LexCase{R"(x "\x04\x7f\xFFz")", {"x", std::string("\x04\x7f\xff", 3) + "z"}},
+                                           LexCase{R"(x "\x00")", {"x", std::string(1, '\0')}},
+                                           LexCase{R"(x "" C:\dir)", {"x", "", "C:\\dir"}},
+                                           LexCase{"x a#b", {"x", "a#b"}}, LexCase{"   # a comment \"unclosed", {}},
+                                           LexCase{"", {}}));
 
 class LexErrors : public ::testing::TestWithParam<std::string> {};
 
@@ -140,23 +138,24 @@ TEST_P(ParseErrors, NameTheirLine)
     const ErrorCase& c = GetParam();
     const ScenarioFile file = ParseScenarios(c.text);
     const std::optional<ParseError>& error =
-        c.scenario < 0 ? file.error : file.scenarios.at(static_cast<std::size_t>(c.scenario)).error;
+            c.scenario < 0 ? file.error : file.scenarios.at(static_cast<std::size_t>(c.scenario)).error;
     ASSERT_TRUE(error) << c.text;
     EXPECT_EQ(error->line, c.line);
     EXPECT_NE(error->message.find(c.message), std::string::npos) << error->message;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, ParseErrors,
-    ::testing::Values(ErrorCase{"", -1, 1, "no scenario"}, ErrorCase{"\n# only\nstart\n", -1, 3, "before the first"},
-                      ErrorCase{"scenario a\nstart\nend-repeat\n", 0, 3, "without repeat"},
-                      ErrorCase{"scenario a\nrepeat 2\nrepeat 3\nend-repeat\nscenario b\n", 0, 2, "without end-repeat"},
-                      ErrorCase{"scenario a\nrepeat 2\n", 0, 2, "without end-repeat"},
-                      ErrorCase{"scenario a\nrepeat many\nend-repeat\n", 0, 2, "count"},
-                      ErrorCase{"scenario a\nrepeat -1\nend-repeat\n", 0, 2, "count"},
-                      ErrorCase{"scenario a\nend-repeat now\n", 0, 2, "takes nothing"},
-                      ErrorCase{"scenario\n", 0, 1, "one title"},
-                      ErrorCase{"scenario a\nstart\n  type X.Y \"open\n", 0, 3, "closing quote"}));
+INSTANTIATE_TEST_SUITE_P(Files, ParseErrors,
+                         ::testing::Values(ErrorCase{"", -1, 1, "no scenario"},
+                                           ErrorCase{"\n# only\nstart\n", -1, 3, "before the first"},
+                                           ErrorCase{"scenario a\nstart\nend-repeat\n", 0, 3, "without repeat"},
+                                           ErrorCase{"scenario a\nrepeat 2\nrepeat 3\nend-repeat\nscenario b\n", 0, 2,
+                                                     "without end-repeat"},
+                                           ErrorCase{"scenario a\nrepeat 2\n", 0, 2, "without end-repeat"},
+                                           ErrorCase{"scenario a\nrepeat many\nend-repeat\n", 0, 2, "count"},
+                                           ErrorCase{"scenario a\nrepeat -1\nend-repeat\n", 0, 2, "count"},
+                                           ErrorCase{"scenario a\nend-repeat now\n", 0, 2, "takes nothing"},
+                                           ErrorCase{"scenario\n", 0, 1, "one title"},
+                                           ErrorCase{"scenario a\nstart\n  type X.Y \"open\n", 0, 3, "closing quote"}));
 
 TEST(ScenarioParser, AnErrorSpoilsOnlyItsOwnScenario)
 {

@@ -182,13 +182,13 @@ TEST_P(MessageAnswers, ComeFromTheQueue)
 using forms::MessageAnswer;
 using forms::MessageButtons;
 INSTANTIATE_TEST_SUITE_P(
-    Queues, MessageAnswers,
-    ::testing::Values(AnswerCase{MessageButtons::OK, {}, MessageAnswer::OK, 0},
-                      AnswerCase{MessageButtons::OK, {MessageAnswer::OK}, MessageAnswer::OK, 0},
-                      AnswerCase{MessageButtons::OK, {MessageAnswer::No}, MessageAnswer::OK, 1},
-                      AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes}, MessageAnswer::Yes, 0},
-                      AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes, MessageAnswer::No}, MessageAnswer::Yes,
-                                 1}));
+        Queues, MessageAnswers,
+        ::testing::Values(
+                AnswerCase{MessageButtons::OK, {}, MessageAnswer::OK, 0},
+                AnswerCase{MessageButtons::OK, {MessageAnswer::OK}, MessageAnswer::OK, 0},
+                AnswerCase{MessageButtons::OK, {MessageAnswer::No}, MessageAnswer::OK, 1},
+                AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes}, MessageAnswer::Yes, 0},
+                AnswerCase{MessageButtons::YesNo, {MessageAnswer::Yes, MessageAnswer::No}, MessageAnswer::Yes, 1}));
 
 TEST_F(PlatformTest, AQuestionWithoutAFittingAnswerFailsWithItsText)
 {

@@ -109,15 +109,16 @@ TEST(ScenarioRunner, ReportsEveryWrongExpectationWithFileLineAndBothSides)
     EXPECT_EQ(totals.passed, 0);
     EXPECT_EQ(totals.failed, 6);
     for (const char* expected : {
-             "check.scn:7: scenario \"the wrong command\": expect sent\n  expected: \"X2\"\n  found:    \"X1\"\n",
-             "check.scn:11: scenario \"the wrong bytes\": expect file a.txt\n  expected: \"two\\r\\n\"\n"
-             "  found:    \"one\\r\\n\"\n",
-             "check.scn:17: scenario \"a question nobody answers\": a question came up with no answer queued: "
-             "\"Store the Programs and Variables from Memory to EEPROM?\"\n",
-             "check.scn:23: scenario \"the frame takes no input behind the terminal\": frmMain takes no input while "
-             "Terminal is shown modally\n",
-             "check.scn:26: scenario \"a state the program does not have\": unknown state Nobody.knows\n",
-             "check.scn:30: scenario \"an unknown statement\": unknown statement \"fly\"\n",
+                 "check.scn:7: scenario \"the wrong command\": expect sent\n  expected: \"X2\"\n  found:    \"X1\"\n",
+                 "check.scn:11: scenario \"the wrong bytes\": expect file a.txt\n  expected: \"two\\r\\n\"\n"
+                 "  found:    \"one\\r\\n\"\n",
+                 "check.scn:17: scenario \"a question nobody answers\": a question came up with no answer queued: "
+                 "\"Store the Programs and Variables from Memory to EEPROM?\"\n",
+                 "check.scn:23: scenario \"the frame takes no input behind the terminal\": frmMain takes no input "
+                 "while "
+                 "Terminal is shown modally\n",
+                 "check.scn:26: scenario \"a state the program does not have\": unknown state Nobody.knows\n",
+                 "check.scn:30: scenario \"an unknown statement\": unknown statement \"fly\"\n",
          }) {
         EXPECT_NE(out.find(expected), std::string::npos) << "missing:\n" << expected << "\nin:\n" << out;
     }

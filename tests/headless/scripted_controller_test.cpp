@@ -42,51 +42,50 @@ TEST_P(ReplyPrecedence, FollowsTheScript)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Scripts, ReplyPrecedence,
-    ::testing::Values(
-        PrecedenceCase{"NothingScriptedGivesAnEmptyReply", [](ScriptedController&) {}, {"???"}, {""}},
-        PrecedenceCase{"DefaultAnswersWhatHasNoReplyOfItsOwn",
-                       [](ScriptedController& c) {
-                           c.setDefaultReply("OK");
-                           c.setReply("I1", "7");
-                       },
-                       {"I1", "I2"},
-                       {"7", "OK"}},
-        PrecedenceCase{"ALaterReplyReplacesTheEarlier",
-                       [](ScriptedController& c) {
-                           c.setReply("I1", "7");
-                           c.setReply("I1", "8");
-                       },
-                       {"I1", "I1"},
-                       {"8", "8"}},
-        PrecedenceCase{"OneTimeRepliesComeFirstOldestFirst",
-                       [](ScriptedController& c) {
-                           c.setReply("I48", "5");
-                           c.addReplyOnce("I48", "1");
-                           c.addReplyOnce("I48", "2");
-                       },
-                       {"I48", "I1", "I48", "I48"},
-                       {"1", "", "2", "5"}},
-        PrecedenceCase{"AFailureUsesUpNoReply",
-                       [](ScriptedController& c) {
-                           c.addReplyOnce("STORE", "once");
-                           c.failNext("STORE", 2);
-                       },
-                       {"STORE", "I1", "STORE", "STORE", "STORE"},
-                       {"FAIL", "", "FAIL", "once", ""}},
-        PrecedenceCase{"FailAnyCountsEveryRequestBeforeTheFailuresOfOne",
-                       [](ScriptedController& c) {
-                           c.setDefaultReply("OK");
-                           c.failNext("I1", 1);
-                           c.failAny(2);
-                       },
-                       {"I2", "I1", "I1", "I1"},
-                       {"FAIL", "FAIL", "FAIL", "OK"}},
-        PrecedenceCase{"RequestsMatchOnTheirBytesBeforeTheCr",
-                       [](ScriptedController& c) { c.setReply("X1", "moved"); },
-                       {"X1\rY2", "X1 ", "x1"},
-                       {"moved", "", ""}}),
-    [](const ::testing::TestParamInfo<PrecedenceCase>& info) { return info.param.name; });
+        Scripts, ReplyPrecedence,
+        ::testing::Values(PrecedenceCase{"NothingScriptedGivesAnEmptyReply", [](ScriptedController&) {}, {"???"}, {""}},
+                          PrecedenceCase{"DefaultAnswersWhatHasNoReplyOfItsOwn",
+                                         [](ScriptedController& c) {
+                                             c.setDefaultReply("OK");
+                                             c.setReply("I1", "7");
+                                         },
+                                         {"I1", "I2"},
+                                         {"7", "OK"}},
+                          PrecedenceCase{"ALaterReplyReplacesTheEarlier",
+                                         [](ScriptedController& c) {
+                                             c.setReply("I1", "7");
+                                             c.setReply("I1", "8");
+                                         },
+                                         {"I1", "I1"},
+                                         {"8", "8"}},
+                          PrecedenceCase{"OneTimeRepliesComeFirstOldestFirst",
+                                         [](ScriptedController& c) {
+                                             c.setReply("I48", "5");
+                                             c.addReplyOnce("I48", "1");
+                                             c.addReplyOnce("I48", "2");
+                                         },
+                                         {"I48", "I1", "I48", "I48"},
+                                         {"1", "", "2", "5"}},
+                          PrecedenceCase{"AFailureUsesUpNoReply",
+                                         [](ScriptedController& c) {
+                                             c.addReplyOnce("STORE", "once");
+                                             c.failNext("STORE", 2);
+                                         },
+                                         {"STORE", "I1", "STORE", "STORE", "STORE"},
+                                         {"FAIL", "", "FAIL", "once", ""}},
+                          PrecedenceCase{"FailAnyCountsEveryRequestBeforeTheFailuresOfOne",
+                                         [](ScriptedController& c) {
+                                             c.setDefaultReply("OK");
+                                             c.failNext("I1", 1);
+                                             c.failAny(2);
+                                         },
+                                         {"I2", "I1", "I1", "I1"},
+                                         {"FAIL", "FAIL", "FAIL", "OK"}},
+                          PrecedenceCase{"RequestsMatchOnTheirBytesBeforeTheCr",
+                                         [](ScriptedController& c) { c.setReply("X1", "moved"); },
+                                         {"X1\rY2", "X1 ", "x1"},
+                                         {"moved", "", ""}}),
+        [](const ::testing::TestParamInfo<PrecedenceCase>& info) { return info.param.name; });
 
 TEST(ScriptedController, OpensReturnTheQueuedHandlesThenOne)
 {

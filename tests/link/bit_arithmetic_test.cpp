@@ -35,10 +35,10 @@ TEST_P(BitWords, AgreeWithTheControllersWalk)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Words, BitWords,
-    ::testing::Combine(::testing::Values(0, 1, 15, 255, 8388608, 8388609, 16777215, 16777216, 25165824, 268419135,
-                                         0xFFFC03F, -1, -3, -16777216, 2147483647, -2147483647 - 1),
-                       ::testing::Values(0, 1, 255, 8388608, 16777215, 16777216, 268419135, -1, 2147483647)));
+        Words, BitWords,
+        ::testing::Combine(::testing::Values(0, 1, 15, 255, 8388608, 8388609, 16777215, 16777216, 25165824, 268419135,
+                                             0xFFFC03F, -1, -3, -16777216, 2147483647, -2147483647 - 1),
+                           ::testing::Values(0, 1, 255, 8388608, 16777215, 16777216, 268419135, -1, 2147483647)));
 
 TEST(BitArithmetic, DocumentedExamples)
 {

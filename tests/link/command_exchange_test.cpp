@@ -26,8 +26,8 @@ TEST_P(CommandCleaning, SendsTheCleanedCommandWithOneCr)
 INSTANTIATE_TEST_SUITE_P(Commands, CommandCleaning,
                          ::testing::Values(Cleaning{"X 1000 ; go", "X1000\r"}, Cleaning{"A=\"B C\"", "A=\"BC\"\r"},
                                            Cleaning{"A=\"x;y\"", "A=\"x\r"}, Cleaning{"list prog 1", "listprog1\r"},
-                                           Cleaning{"X\t1", "X\t1\r"}, Cleaning{"X1\rY2", "X1\r"},
-                                           Cleaning{"\r", "\r"}, Cleaning{"#V1 = 2", "#V1=2\r"}));
+                                           Cleaning{"X\t1", "X\t1\r"}, Cleaning{"X1\rY2", "X1\r"}, Cleaning{"\r", "\r"},
+                                           Cleaning{"#V1 = 2", "#V1=2\r"}));
 
 TEST_F(HeadlessFixture, ACommentAloneSendsNothingAndKeepsTheReply)
 {
@@ -76,8 +76,11 @@ INSTANTIATE_TEST_SUITE_P(Replies, ReplyUnframing,
                          ::testing::Values(Unframing{"V1", "OK\r\n\x04", "OK"},
                                            Unframing{"LISTPROG1", "OK\r\n\x04", "OK\r\n"},
                                            Unframing{"plist", "A\r\nB\r\n\x04", "A\r\nB\r\n"},
-                                           Unframing{"V1", "A\x04" "B", "A"}, Unframing{"V1", "", ""},
-                                           Unframing{"V1", "caf\xE9\x04", "caf\xE9"}));
+                                           Unframing{"V1",
+                                                     "A\x04"
+                                                     "B",
+                                                     "A"},
+                                           Unframing{"V1", "", ""}, Unframing{"V1", "caf\xE9\x04", "caf\xE9"}));
 
 TEST_F(HeadlessFixture, AReplyThatFillsTheBufferIsReadToItsEnd)
 {

@@ -45,16 +45,15 @@ TEST_P(SettingsFiles, KindAndDerivedAddress)
     EXPECT_EQ(Link().linkAddress, GetParam().linkAddress);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, SettingsFiles,
-    ::testing::Values(SettingsFile{" 2 \r\n127.0.0.1\r\nCOM4\r\n", 2, "127.0.0.1"},
-                      SettingsFile{"2\r\n127.0.0.1:5001\r\nCOM4\r\n", 2, "127.0.0.1:5001"},
-                      SettingsFile{" 3 \r\n127.0.0.1\r\nCOM4\r\n", 3, "COM4"},
-                      SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "COM9"},
-                      SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, ""},
-                      // A first line that is no number leaves the kind as it was: 0 at start.
-                      SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "COM2"},
-                      SettingsFile{"", 0, ""}));
+INSTANTIATE_TEST_SUITE_P(Files, SettingsFiles,
+                         ::testing::Values(SettingsFile{" 2 \r\n127.0.0.1\r\nCOM4\r\n", 2, "127.0.0.1"},
+                                           SettingsFile{"2\r\n127.0.0.1:5001\r\nCOM4\r\n", 2, "127.0.0.1:5001"},
+                                           SettingsFile{" 3 \r\n127.0.0.1\r\nCOM4\r\n", 3, "COM4"},
+                                           SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "COM9"},
+                                           SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, ""},
+                                           // A first line that is no number leaves the kind as it was: 0 at start.
+                                           SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "COM2"},
+                                           SettingsFile{"", 0, ""}));
 
 TEST_F(HeadlessFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
 {

@@ -28,15 +28,15 @@ TEST_P(ComPortDeviceTest, MapsTheAddressToADevice)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Addresses, ComPortDeviceTest,
-    ::testing::Values(PortCase{"COM1", nullptr, "/dev/ttyACM0"}, PortCase{"COM10", nullptr, "/dev/ttyACM9"},
-                      PortCase{"com3", nullptr, "/dev/ttyACM2"}, PortCase{"COM3", "", "/dev/ttyACM2"},
-                      PortCase{"COM3", "/tmp/ports", "/tmp/ports/COM3"}, PortCase{"cOm12", "/p", "/p/COM12"},
-                      PortCase{"/dev/ttyUSB0", "/tmp/ports", "/dev/ttyUSB0"}, PortCase{"COM0", nullptr, std::nullopt},
-                      PortCase{"COM", nullptr, std::nullopt}, PortCase{"COM-1", nullptr, std::nullopt},
-                      PortCase{"COM1x", nullptr, std::nullopt}, PortCase{"COM 1", nullptr, std::nullopt},
-                      PortCase{"LPT1", nullptr, std::nullopt}, PortCase{"", nullptr, std::nullopt},
-                      PortCase{"ttyACM0", nullptr, std::nullopt}));
+        Addresses, ComPortDeviceTest,
+        ::testing::Values(PortCase{"COM1", nullptr, "/dev/ttyACM0"}, PortCase{"COM10", nullptr, "/dev/ttyACM9"},
+                          PortCase{"com3", nullptr, "/dev/ttyACM2"}, PortCase{"COM3", "", "/dev/ttyACM2"},
+                          PortCase{"COM3", "/tmp/ports", "/tmp/ports/COM3"}, PortCase{"cOm12", "/p", "/p/COM12"},
+                          PortCase{"/dev/ttyUSB0", "/tmp/ports", "/dev/ttyUSB0"},
+                          PortCase{"COM0", nullptr, std::nullopt}, PortCase{"COM", nullptr, std::nullopt},
+                          PortCase{"COM-1", nullptr, std::nullopt}, PortCase{"COM1x", nullptr, std::nullopt},
+                          PortCase{"COM 1", nullptr, std::nullopt}, PortCase{"LPT1", nullptr, std::nullopt},
+                          PortCase{"", nullptr, std::nullopt}, PortCase{"ttyACM0", nullptr, std::nullopt}));
 
 TEST(ComPortDeviceEnvironmentTest, ReadsTheFolderFromTheEnvironment)
 {

@@ -21,10 +21,7 @@ EXPORT int fnMarluneComOpen(int kind, int mode, char* address)
     return kind * 100 + opens;
 }
 
-EXPORT int fnMarluneComClose(int kind, int handle)
-{
-    return kind + handle;
-}
+EXPORT int fnMarluneComClose(int kind, int handle) { return kind + handle; }
 
 #ifdef FAKE_VENDOR_WITH_SEND_RECV
 EXPORT int fnMarluneComSendRecv(int kind, int handle, char* request, char* reply)

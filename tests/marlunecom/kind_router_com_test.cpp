@@ -12,11 +12,7 @@ namespace {
 // Records the kinds it was called with and answers with its own mark.
 class MarkedCom final : public link::MarluneCom {
 public:
-    explicit MarkedCom(std::int32_t mark, std::vector<std::int32_t>& calls)
-        : mark_(mark)
-        , calls_(calls)
-    {
-    }
+    explicit MarkedCom(std::int32_t mark, std::vector<std::int32_t>& calls) : mark_(mark), calls_(calls) {}
 
     std::int32_t open(std::int32_t kind, std::int32_t, char*) override { return record(kind); }
     std::int32_t close(std::int32_t kind, std::int32_t) override { return record(kind); }

@@ -23,7 +23,8 @@ public:
     // The reply text: the bytes before the first 0x04 or NUL.
     std::string text() const
     {
-        const auto end = std::find_if(bytes_.begin(), bytes_.end(), [](char c) { return c == kReplyTerminator || c == '\0'; });
+        const auto end =
+                std::find_if(bytes_.begin(), bytes_.end(), [](char c) { return c == kReplyTerminator || c == '\0'; });
         return {bytes_.begin(), end};
     }
 

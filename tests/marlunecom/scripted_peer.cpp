@@ -90,8 +90,7 @@ std::vector<std::string> ReceivedCommands::all() const
     return commands_;
 }
 
-TcpPeer::TcpPeer(PeerScript script, std::uint16_t port)
-    : listener_(::socket(AF_INET, SOCK_STREAM, 0))
+TcpPeer::TcpPeer(PeerScript script, std::uint16_t port) : listener_(::socket(AF_INET, SOCK_STREAM, 0))
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -130,8 +129,7 @@ void TcpPeer::run(const PeerScript& script)
     }
 }
 
-PtyPeer::PtyPeer(PeerScript script)
-    : master_(::posix_openpt(O_RDWR | O_NOCTTY))
+PtyPeer::PtyPeer(PeerScript script) : master_(::posix_openpt(O_RDWR | O_NOCTTY))
 {
     termios settings{};
     if (master_ < 0 || ::grantpt(master_) != 0 || ::unlockpt(master_) != 0

@@ -27,8 +27,8 @@ protected:
     void SetUp() override
     {
         folder = std::filesystem::temp_directory_path()
-            / ("marlune-com-" + std::to_string(::getpid()) + "-"
-               + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+                 / ("marlune-com-" + std::to_string(::getpid()) + "-"
+                    + ::testing::UnitTest::GetInstance()->current_test_info()->name());
         std::filesystem::create_directories(folder);
         ::setenv(kComDirVariable, folder.c_str(), 1);
     }

@@ -58,7 +58,8 @@ std::optional<std::string> SimProcess::lineAfter(const std::string& prefix, std:
             if (line.starts_with(prefix))
                 return line.substr(prefix.size());
         }
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         pollfd request{output_, POLLIN, 0};
         if (pid_ <= 0 || left.count() <= 0 || ::poll(&request, 1, static_cast<int>(left.count())) <= 0)
             return std::nullopt;

@@ -26,10 +26,7 @@ using testing::PeerScript;
 
 constexpr LinkTimeouts kShortTimeouts{200ms, 200ms};
 
-PeerReply answer(std::string text)
-{
-    return PeerReply{{std::move(text) + kReplyTerminator}};
-}
+PeerReply answer(std::string text) { return PeerReply{{std::move(text) + kReplyTerminator}}; }
 
 struct TcpTransport {
     static constexpr std::int32_t kKind = 2;
@@ -82,7 +79,10 @@ protected:
         return testing::OpenLink(com, kKind, 0, transport.address());
     }
 
-    std::int32_t exchange(std::int32_t handle, const char* frame) { return com.sendRecv(kKind, handle, frame, reply.fresh()); }
+    std::int32_t exchange(std::int32_t handle, const char* frame)
+    {
+        return com.sendRecv(kKind, handle, frame, reply.fresh());
+    }
 
     // Answers every command with "R:" and the command.
     static std::optional<PeerReply> echo(const std::string& command) { return answer("R:" + command); }

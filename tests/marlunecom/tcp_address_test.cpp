@@ -16,10 +16,7 @@ struct AddressCase {
     std::uint16_t port = 0;
 };
 
-void PrintTo(const AddressCase& value, std::ostream* out)
-{
-    *out << '"' << value.text << '"';
-}
+void PrintTo(const AddressCase& value, std::ostream* out) { *out << '"' << value.text << '"'; }
 
 class ParseTcpAddressTest : public ::testing::TestWithParam<AddressCase> {};
 
@@ -35,16 +32,16 @@ TEST_P(ParseTcpAddressTest, ReadsHostAndPort)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Addresses, ParseTcpAddressTest,
-    ::testing::Values(AddressCase{"127.0.0.1", "127.0.0.1", kDefault}, AddressCase{"127.0.0.1:6000", "127.0.0.1", 6000},
-                      AddressCase{"localhost:1", "localhost", 1}, AddressCase{"host:65535", "host", 65535},
-                      AddressCase{"[::1]:7000", "::1", 7000}, AddressCase{"[::1]", "::1", kDefault},
-                      AddressCase{"::1", "::1", kDefault}, AddressCase{"", std::nullopt},
-                      AddressCase{":5001", std::nullopt},
-                      AddressCase{"host:", std::nullopt}, AddressCase{"host:0", std::nullopt},
-                      AddressCase{"host:65536", std::nullopt}, AddressCase{"host:12ab", std::nullopt},
-                      AddressCase{"host:-1", std::nullopt}, AddressCase{"[::1]x", std::nullopt},
-                      AddressCase{"[::1", std::nullopt}, AddressCase{"[]:5001", std::nullopt}));
+        Addresses, ParseTcpAddressTest,
+        ::testing::Values(AddressCase{"127.0.0.1", "127.0.0.1", kDefault},
+                          AddressCase{"127.0.0.1:6000", "127.0.0.1", 6000}, AddressCase{"localhost:1", "localhost", 1},
+                          AddressCase{"host:65535", "host", 65535}, AddressCase{"[::1]:7000", "::1", 7000},
+                          AddressCase{"[::1]", "::1", kDefault}, AddressCase{"::1", "::1", kDefault},
+                          AddressCase{"", std::nullopt}, AddressCase{":5001", std::nullopt},
+                          AddressCase{"host:", std::nullopt}, AddressCase{"host:0", std::nullopt},
+                          AddressCase{"host:65536", std::nullopt}, AddressCase{"host:12ab", std::nullopt},
+                          AddressCase{"host:-1", std::nullopt}, AddressCase{"[::1]x", std::nullopt},
+                          AddressCase{"[::1", std::nullopt}, AddressCase{"[]:5001", std::nullopt}));
 
 } // namespace
 } // namespace marlune::marlunecom

@@ -1,8 +1,8 @@
 #include "link/marlune_com.h"
 #include "marlunecom/tcp_com.h"
 #include "reply_buffer.h"
-#include "sim/controller.h"
 #include "scripted_peer.h"
+#include "sim/controller.h"
 #include "sim_process.h"
 
 #include <gtest/gtest.h>
@@ -72,7 +72,10 @@ protected:
         return testing::OpenLink(com, kEthernet, 0, "127.0.0.1:" + std::to_string(*port));
     }
 
-    std::int32_t exchange(std::int32_t handle, const char* frame) { return com.sendRecv(kEthernet, handle, frame, reply.fresh()); }
+    std::int32_t exchange(std::int32_t handle, const char* frame)
+    {
+        return com.sendRecv(kEthernet, handle, frame, reply.fresh());
+    }
 
     std::unique_ptr<testing::SimProcess> simulator;
     TcpCom com{kShortTimeouts};
@@ -93,10 +96,7 @@ struct FaultCase {
     std::vector<bool> exchangesSucceed;
 };
 
-void PrintTo(const FaultCase& value, std::ostream* out)
-{
-    *out << value.option;
-}
+void PrintTo(const FaultCase& value, std::ostream* out) { *out << value.option; }
 
 class TcpComSimulatorFaultTest : public TcpComSimulatorTest, public ::testing::WithParamInterface<FaultCase> {};
 
@@ -115,8 +115,7 @@ INSTANTIATE_TEST_SUITE_P(Faults, TcpComSimulatorFaultTest,
                                            FaultCase{"no-terminator", {false, false}},
                                            FaultCase{"garbage", {true, true}},
                                            FaultCase{"drop-after=2", {true, true, false, false}},
-                                           FaultCase{"slow=20", {true, true}},
-                                           FaultCase{"slow=400", {false}}));
+                                           FaultCase{"slow=20", {true, true}}, FaultCase{"slow=400", {false}}));
 
 #endif
 

@@ -124,7 +124,8 @@ TEST_F(Binder, ShowsTheModelAtFirstAndFollowsItsChanges)
     EXPECT_TRUE(window.slow->isChecked());
     EXPECT_EQ(window.lamp->picture(), "LedOff");
 
-    form.Name.setText("Gr\xf6\xdf" "e");
+    form.Name.setText("Gr\xf6\xdf"
+                      "e");
     EXPECT_EQ(window.name->text(), QString::fromUtf8("Größe"));
     form.Fast.setValue(true);
     EXPECT_TRUE(window.fast->isChecked());

@@ -69,7 +69,8 @@ TEST_F(Frame, MenusAreExactlyTheModels)
     std::vector<std::vector<QString>> expected;
     for (forms::Control* control : program.frame().controls()) {
         if (auto* item = dynamic_cast<forms::MenuItem*>(control))
-            expected.push_back({Text(item->name()), Text(item->parent()), Text(item->caption()), Text(item->shortcut())});
+            expected.push_back(
+                    {Text(item->name()), Text(item->parent()), Text(item->caption()), Text(item->shortcut())});
     }
     std::vector<std::vector<QString>> shown;
     Walk(frame->menuBar()->actions(), QString(), shown);

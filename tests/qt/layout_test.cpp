@@ -12,8 +12,8 @@
 #include "qt/form_binder.h"
 #include "qt/form_layouts.h"
 #include "qt_test_support.h"
-#include "shell/program.h"
 #include "shell/frm_main.h"
+#include "shell/program.h"
 #include "tools/terminal.h"
 
 namespace marlune::qt::test {
@@ -25,16 +25,16 @@ using forms::ControlKind;
 const std::map<ControlKind, std::set<std::string>>& FittingClasses()
 {
     static const std::map<ControlKind, std::set<std::string>> classes = {
-        {ControlKind::TextBox, {"QLineEdit", "QPlainTextEdit"}},
-        {ControlKind::Label, {"QLabel"}},
-        {ControlKind::Frame, {"QGroupBox"}},
-        {ControlKind::Button, {"QPushButton"}},
-        {ControlKind::CheckBox, {"QCheckBox"}},
-        {ControlKind::OptionButton, {"QRadioButton"}},
-        {ControlKind::Picture, {"marlune::qt::PictureWidget"}},
-        {ControlKind::ProgressBar, {"QProgressBar"}},
-        {ControlKind::ListBox, {"QListWidget"}},
-        {ControlKind::ToolBar, {"QToolBar"}},
+            {ControlKind::TextBox, {"QLineEdit", "QPlainTextEdit"}},
+            {ControlKind::Label, {"QLabel"}},
+            {ControlKind::Frame, {"QGroupBox"}},
+            {ControlKind::Button, {"QPushButton"}},
+            {ControlKind::CheckBox, {"QCheckBox"}},
+            {ControlKind::OptionButton, {"QRadioButton"}},
+            {ControlKind::Picture, {"marlune::qt::PictureWidget"}},
+            {ControlKind::ProgressBar, {"QProgressBar"}},
+            {ControlKind::ListBox, {"QListWidget"}},
+            {ControlKind::ToolBar, {"QToolBar"}},
     };
     return classes;
 }
@@ -76,7 +76,7 @@ TEST(Layouts, EveryLayoutMatchesItsFormOneToOne)
             ASSERT_EQ(matches.size(), 1) << control->name() << " needs exactly one widget";
             const std::string className = matches.front()->metaObject()->className();
             EXPECT_TRUE(FittingClasses().at(control->kind()).count(className))
-                << control->name() << " is a " << forms::KindName(control->kind()) << " shown by a " << className;
+                    << control->name() << " is a " << forms::KindName(control->kind()) << " shown by a " << className;
         }
         for (const QWidget* widget : window->findChildren<QWidget*>()) {
             const std::string className = widget->metaObject()->className();

@@ -46,8 +46,9 @@ TEST(Platform, AQuestionShowsItsTitleTextIconAndYesNoAndReturnsTheAnswer)
     QtDesk desk;
     SeenBox seen;
     Answer(QMessageBox::No, seen);
-    const auto answer = forms::MsgBox("Store \x93" "all\x94?", forms::MessageButtons::YesNo,
-                                      forms::MessageIcon::Question, "STORE MARLUNE DATA");
+    const auto answer = forms::MsgBox("Store \x93"
+                                      "all\x94?",
+                                      forms::MessageButtons::YesNo, forms::MessageIcon::Question, "STORE MARLUNE DATA");
     EXPECT_EQ(answer, forms::MessageAnswer::No);
     EXPECT_EQ(seen.title, "STORE MARLUNE DATA");
     EXPECT_EQ(seen.text, QString::fromUtf8("Store “all”?"));
@@ -110,7 +111,8 @@ TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
 TEST(FileFilter, PairsOfDescriptionAndPatternsBecomeQtFilters)
 {
     EXPECT_EQ(QtNameFilters("Marlune Program Files (*.dat)|*.dat"), QStringList{"Marlune Program Files (*.dat)"});
-    EXPECT_EQ(QtNameFilters("Projects|*.prj|All Files (*.*)|*.*"), (QStringList{"Projects (*.prj)", "All Files (*.*)"}));
+    EXPECT_EQ(QtNameFilters("Projects|*.prj|All Files (*.*)|*.*"),
+              (QStringList{"Projects (*.prj)", "All Files (*.*)"}));
     EXPECT_EQ(QtNameFilters("Text|*.txt;*.lst"), QStringList{"Text (*.txt *.lst)"});
     EXPECT_TRUE(QtNameFilters("").isEmpty());
 }
@@ -121,7 +123,8 @@ TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)
     EXPECT_EQ(ShownText(text, true), "Ready:\nSEND :?\n");
     EXPECT_EQ(ShownText(text, false), QString::fromStdString(text));
     EXPECT_EQ(ModelText("a\nb", true), "a\r\nb");
-    EXPECT_EQ(ModelText(QString::fromUtf8("Größe"), false), "Gr\xf6\xdf" "e");
+    EXPECT_EQ(ModelText(QString::fromUtf8("Größe"), false), "Gr\xf6\xdf"
+                                                            "e");
     // Before the line break the caret stands before its CRs; at the end it is the end.
     EXPECT_EQ(ModelPosition(text, 6, true), 6);
     EXPECT_EQ(ModelPosition(text, 7, true), 9);

@@ -19,13 +19,13 @@ TEST_P(RefusedCommand, AnswersWithAQuestionMarkAndAReason)
     EXPECT_EQ(ask(c, "???"), before) << "a refused command changes nothing";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Controller, RefusedCommand,
-    ::testing::Values("FOO", "X", "X--100", "X12a", "XX100", "RUN", "RUN5", "RUN0", "HSPD0", "HSPDabc", "LSPD-1",
-                      "ACCEL70000", "DIO25=1", "DIO1=1", "DIO0", "I49", "I0=1", "V249=1", "V1=abc", "V1=99999999999",
-                      "I1=16777216", "I12=-1", "PRON=16", "PRON=x", "IPA=1.2.3", "IPA=1.2.3.256", "IPA=",
-                      "HOMEX", "STOPQ", "MECLEARXY", "AI3", "PAUSE1", "CONTINUE1", "CLEAR", "EOX=2", "PX=",
-                      "PX1", "LISTPROG9", "UPLOAD", "\x01\x02\xff", "EXIT"));
+INSTANTIATE_TEST_SUITE_P(Controller, RefusedCommand,
+                         ::testing::Values("FOO", "X", "X--100", "X12a", "XX100", "RUN", "RUN5", "RUN0", "HSPD0",
+                                           "HSPDabc", "LSPD-1", "ACCEL70000", "DIO25=1", "DIO1=1", "DIO0", "I49",
+                                           "I0=1", "V249=1", "V1=abc", "V1=99999999999", "I1=16777216", "I12=-1",
+                                           "PRON=16", "PRON=x", "IPA=1.2.3", "IPA=1.2.3.256", "IPA=", "HOMEX", "STOPQ",
+                                           "MECLEARXY", "AI3", "PAUSE1", "CONTINUE1", "CLEAR", "EOX=2", "PX=", "PX1",
+                                           "LISTPROG9", "UPLOAD", "\x01\x02\xff", "EXIT"));
 
 TEST(Commands, SettingsAreReadBareAndSetWithOrWithoutEquals)
 {

@@ -57,9 +57,9 @@ TEST(Eeprom, PowerCycleRestoresTheStoredStateAndStartsAutoRunPrograms)
 {
     Controller c;
     download(c, 2, {"V7=V7+1", "DIO3=1"});
-    ask(c, "I1=2");      // run program 2 at power-up
-    ask(c, "I12=4");     // point 3 is an output
-    ask(c, "I13=4");     // and is on at power-up
+    ask(c, "I1=2");  // run program 2 at power-up
+    ask(c, "I12=4"); // point 3 is an output
+    ask(c, "I13=4"); // and is on at power-up
     ask(c, "V7=10");
     ask(c, "STORE");
     c.advanceTo(seconds(1));

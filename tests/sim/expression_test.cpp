@@ -30,12 +30,11 @@ TEST_P(Evaluates, ToTheExpectedValue)
     EXPECT_EQ(value, GetParam().value);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Arithmetic, Evaluates,
-    ::testing::Values(Case{"1+2*3", 7}, Case{"(1+2)*3", 9}, Case{"10-4-3", 3}, Case{"100/7/2", 7},
-                      Case{"-7/2", -3}, Case{"--5", 5}, Case{"V3+V1", 40}, Case{"-(V2-30)*2", 20},
-                      Case{"V1<V2", 1}, Case{"V2<=V1", 0}, Case{"3=3", 1}, Case{"3<>3", 0}, Case{"2+1>=3", 1},
-                      Case{"2147483647*2", 4294967294}));
+INSTANTIATE_TEST_SUITE_P(Arithmetic, Evaluates,
+                         ::testing::Values(Case{"1+2*3", 7}, Case{"(1+2)*3", 9}, Case{"10-4-3", 3}, Case{"100/7/2", 7},
+                                           Case{"-7/2", -3}, Case{"--5", 5}, Case{"V3+V1", 40}, Case{"-(V2-30)*2", 20},
+                                           Case{"V1<V2", 1}, Case{"V2<=V1", 0}, Case{"3=3", 1}, Case{"3<>3", 0},
+                                           Case{"2+1>=3", 1}, Case{"2147483647*2", 4294967294}));
 
 class Refuses : public ::testing::TestWithParam<const char*> {};
 

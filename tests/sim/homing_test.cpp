@@ -9,7 +9,7 @@ using namespace axis_status;
 
 struct HomingCase {
     const char* command;
-    std::uint32_t bitsAfter;  // switch and error bits expected once the axis rests
+    std::uint32_t bitsAfter; // switch and error bits expected once the axis rests
     bool counterZeroed;
     std::int64_t positionIfNotZeroed;
 };
@@ -39,12 +39,12 @@ TEST_P(Homing, FindsItsSwitchAndSetsTheCounterToZero)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    ThreeModes, Homing,
-    ::testing::Values(HomingCase{"HOMEX+", kHomeSwitch, true, 0},
-                      // The home switch lies behind: the search ends on the limit, with an error.
-                      HomingCase{"HOMEX-", kMinusLimit | kMinusLimitError, false, -1'000'000 + 777},
-                      HomingCase{"LHOMEX+", kPlusLimit, true, 0}, HomingCase{"LHOMEX-", kMinusLimit, true, 0},
-                      HomingCase{"ZHOMEX+", 0, true, 0}, HomingCase{"ZHOMEX-", 0, true, 0}));
+        ThreeModes, Homing,
+        ::testing::Values(HomingCase{"HOMEX+", kHomeSwitch, true, 0},
+                          // The home switch lies behind: the search ends on the limit, with an error.
+                          HomingCase{"HOMEX-", kMinusLimit | kMinusLimitError, false, -1'000'000 + 777},
+                          HomingCase{"LHOMEX+", kPlusLimit, true, 0}, HomingCase{"LHOMEX-", kMinusLimit, true, 0},
+                          HomingCase{"ZHOMEX+", 0, true, 0}, HomingCase{"ZHOMEX-", 0, true, 0}));
 
 TEST(Homing, IndexHomingFromAPulseGoesOnToTheNextOne)
 {

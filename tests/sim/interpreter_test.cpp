@@ -9,8 +9,7 @@ TEST(Interpreter, ALoopProgramRunsItsRoundsAndEnds)
 {
     Controller c;
     ask(c, "I12=1");
-    download(c, 1,
-             {"INC", "V1=0", "WHILE V1<3", "X100", "WAITX", "V1=V1+1", "ENDWHILE", "DIO1=1", "END", "V1=99"});
+    download(c, 1, {"INC", "V1=0", "WHILE V1<3", "X100", "WAITX", "V1=V1+1", "ENDWHILE", "DIO1=1", "END", "V1=99"});
     ASSERT_EQ(ask(c, "RUN1"), "OK");
     c.advanceTo(ms(100));
     EXPECT_EQ(c.programState(1), ProgramState::Running);
@@ -110,8 +109,8 @@ TEST(Interpreter, AProgramThatDoesNotCompileIsRefusedAtRun)
 TEST(Interpreter, UnbalancedBlocksAreRefused)
 {
     for (const auto& lines : {std::vector<std::string_view>{"WHILE 1"}, std::vector<std::string_view>{"ENDWHILE"},
-                              std::vector<std::string_view>{"IF 1", "ENDWHILE"},
-                              std::vector<std::string_view>{"ELSE"}, std::vector<std::string_view>{"STORE"}}) {
+                              std::vector<std::string_view>{"IF 1", "ENDWHILE"}, std::vector<std::string_view>{"ELSE"},
+                              std::vector<std::string_view>{"STORE"}}) {
         Controller c;
         ask(c, "OPENPROG1");
         for (const auto line : lines)

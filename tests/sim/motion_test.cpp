@@ -45,8 +45,7 @@ TEST_P(MovePhases, StatusBitsAndSpeedFollowTheProfile)
 
 INSTANTIATE_TEST_SUITE_P(Trapezoid, MovePhases,
                          ::testing::Values(PhasePoint{0.1, kAccelerating, 400}, PhasePoint{5.0, kConstant, 1000},
-                                           PhasePoint{10.17, kDecelerating, 400},
-                                           PhasePoint{11.0, kInPosition, 0}));
+                                           PhasePoint{10.17, kDecelerating, 400}, PhasePoint{11.0, kInPosition, 0}));
 
 TEST(Motion, ShortMoveIsATriangleThatNeverReachesTheHighSpeed)
 {

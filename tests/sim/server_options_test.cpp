@@ -27,7 +27,7 @@ TEST(ServerOptions, ReadsEveryOption)
     ASSERT_TRUE(parseServerOptions({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after",
                                     "60", "--fail", "drop-after=3", "--fail", "slow=20", "--fail", "garbage"},
                                    options, error))
-        << error;
+            << error;
     EXPECT_EQ(options.port, 0);
     EXPECT_TRUE(options.pty);
     EXPECT_EQ(options.ptyLink, "/tmp/x/COM3");
@@ -49,11 +49,11 @@ TEST_P(BadOptions, AreRefusedWithAReason)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    CommandLine, BadOptions,
-    ::testing::Values(std::vector<std::string>{"--port"}, std::vector<std::string>{"--port", "70000"},
-                      std::vector<std::string>{"--fail", "sometimes"}, std::vector<std::string>{"--fail", "slow=x"},
-                      std::vector<std::string>{"--idle-exit", "-1"}, std::vector<std::string>{"--no-tcp"},
-                      std::vector<std::string>{"--frobnicate"}));
+        CommandLine, BadOptions,
+        ::testing::Values(std::vector<std::string>{"--port"}, std::vector<std::string>{"--port", "70000"},
+                          std::vector<std::string>{"--fail", "sometimes"}, std::vector<std::string>{"--fail", "slow=x"},
+                          std::vector<std::string>{"--idle-exit", "-1"}, std::vector<std::string>{"--no-tcp"},
+                          std::vector<std::string>{"--frobnicate"}));
 
 } // namespace
 } // namespace marlune::sim

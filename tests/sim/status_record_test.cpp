@@ -27,7 +27,7 @@ TEST(StatusRecord, FieldsSitInTheirPlaces)
     ask(c, "PX=11");
     ask(c, "PU=-44");
     ask(c, "EZ=33");
-    ask(c, "I12=24");  // points 4 and 5 are outputs
+    ask(c, "I12=24"); // points 4 and 5 are outputs
     ask(c, "DIO5=1");
     c.setDigitalInput(1, true);
     c.setDigitalInput(4, true); // an output: its input level does not show

@@ -32,7 +32,7 @@ TEST_F(TerminalLog, TheThousandAndFirstEntryPushesTheOldestLineOut)
     EXPECT_EQ(terminal.lineCount, 1000);
     EXPECT_EQ(terminal.LogWindow.text().rfind("entry 3\r\nentry 4\r\n", 0), 0u);
     EXPECT_EQ(terminal.LogWindow.selStart(), static_cast<int>(terminal.LogWindow.text().size()))
-        << "the log scrolls to its newest line";
+            << "the log scrolls to its newest line";
 }
 
 TEST_F(TerminalLog, AMultiLineEntryCountsOnceButLosesOneLineATrim)

@@ -35,8 +35,8 @@ private:
     std::string partial_;
     bool skipping_ = false;
     std::int64_t lastByteAt_ = 0;
-    std::string ready_;       // complete frames, each ended by a CR
-    std::string oversized_;   // one flag byte per complete frame: '1' for a dropped one
+    std::string ready_;     // complete frames, each ended by a CR
+    std::string oversized_; // one flag byte per complete frame: '1' for a dropped one
 };
 
 } // namespace marlune::sim

@@ -16,10 +16,7 @@ bool parseNumber(const std::string& text, Number& value)
     return !text.empty() && ec == std::errc() && end == text.data() + text.size();
 }
 
-bool parseSeconds(const std::string& text, double& seconds)
-{
-    return parseNumber(text, seconds) && seconds >= 0;
-}
+bool parseSeconds(const std::string& text, double& seconds) { return parseNumber(text, seconds) && seconds >= 0; }
 
 bool parseFailure(const std::string& mode, FailureModes& failures)
 {
@@ -108,10 +105,10 @@ std::string serverUsage()
            "                   [--idle-exit SECONDS] [--exit-after SECONDS]\n"
            "                   [--fail no-reply|garbage|no-terminator|drop-after=N|slow=MS]...\n"
            "Serves one simulated Marlune KV controller. A command ends with CR (LF is ignored);\n"
-           "a reply ends with the byte 0x04. TCP listens on 127.0.0.1:" +
-           std::to_string(kDefaultTcpPort) +
-           " unless told otherwise; --port 0 picks a free port.\n"
-           "One line per endpoint is printed at start-up: \"tcp ADDRESS:PORT\", \"pty PATH\".\n";
+           "a reply ends with the byte 0x04. TCP listens on 127.0.0.1:"
+           + std::to_string(kDefaultTcpPort)
+           + " unless told otherwise; --port 0 picks a free port.\n"
+             "One line per endpoint is printed at start-up: \"tcp ADDRESS:PORT\", \"pty PATH\".\n";
 }
 
 } // namespace marlune::sim

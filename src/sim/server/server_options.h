@@ -11,11 +11,11 @@ namespace marlune::sim {
 
 struct ServerOptions {
     std::string bindAddress = "127.0.0.1";
-    std::uint16_t port = 0;         // set from the default port unless given
+    std::uint16_t port = 0; // set from the default port unless given
     bool tcp = true;
     bool pty = false;
-    std::string ptyLink;            // a symbolic link to the pseudo-terminal, if asked for
-    double idleExitSeconds = 600;   // no client for this long: exit
+    std::string ptyLink;          // a symbolic link to the pseudo-terminal, if asked for
+    double idleExitSeconds = 600; // no client for this long: exit
     std::optional<double> exitAfterSeconds;
     FailureModes failures;
     bool help = false;

@@ -14,7 +14,7 @@ namespace marlune::sim {
 namespace {
 
 constexpr std::size_t kMaxClients = 16;
-constexpr std::size_t kMaxOutbox = 1 << 20;          // a client that does not read is dropped
+constexpr std::size_t kMaxOutbox = 1 << 20;             // a client that does not read is dropped
 constexpr std::int64_t kStalePartialMicros = 5'000'000; // a half command left this long is dropped
 constexpr int kTickMs = 50;
 
@@ -42,8 +42,7 @@ SimServer::~SimServer()
 
 std::int64_t SimServer::elapsedMicros() const
 {
-    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - started_)
-        .count();
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - started_).count();
 }
 
 bool SimServer::start(std::ostream& out, std::string& error)

@@ -36,7 +36,7 @@ private:
         FrameReader reader;
         std::string outbox;
         std::int64_t exchanges = 0;
-        bool dead = false;       // dropped by the failure mode: no more answers
+        bool dead = false; // dropped by the failure mode: no more answers
         bool closeWhenSent = false;
     };
     struct Pending {
