@@ -16,6 +16,14 @@ Status::Status()
     Cancel.onClick = [this] { cancelClick(); };
 }
 
+void Status::showTransfer(const std::string& caption, forms::Form* owner)
+{
+    if (!loaded() && !load())
+        return;
+    setCaption(caption);
+    forms::ShowModal(*this, owner);
+}
+
 void Status::formLoad()
 {
     machine_.reset();

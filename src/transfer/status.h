@@ -18,7 +18,9 @@ public:
     forms::Label& statText;
     forms::Button& Cancel;
 
-    const TransferMachine& machine() const { return machine_; }
+    // Loads the dialog, gives it the caption of the transfer and shows it modally; returns when
+    // it has closed. The caption is set after the load, which would restore the designed one.
+    void showTransfer(const std::string& caption, forms::Form* owner);
 
 protected:
     void formLoad() override;

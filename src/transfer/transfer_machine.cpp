@@ -53,7 +53,8 @@ void TransferMachine::reset()
 bool TransferMachine::tick(TransferHost& host)
 {
     switch (static_cast<Operation>(m_.operationType)) {
-    case Operation::StoreToFile: return storeToFile(host);
+    case Operation::StoreToFile:
+    case Operation::ReadMemory: return readMemory(host);
     case Operation::LoadFromFile: return loadFromFile(host);
     case Operation::ProgramDownload: programDownload(host); return false;
     case Operation::ProgramUpload: programUpload(host); return false;
@@ -61,11 +62,13 @@ bool TransferMachine::tick(TransferHost& host)
     return false;
 }
 
-bool TransferMachine::storeToFile(TransferHost& host)
+bool TransferMachine::readMemory(TransferHost& host)
 {
+    const bool toFile = m_.operationType == static_cast<std::int16_t>(Operation::StoreToFile);
     switch (transferState_) {
     case 1:
-        if (const std::string why = writer_.open(m_.fileName); !why.empty()) {
+        m_.memoryValues.clear();
+        if (const std::string why = toFile ? writer_.open(m_.fileName) : std::string(); !why.empty()) {
             host.tell("The data file " + m_.fileName + " could not be opened for writing: " + why);
             return true;
         }
@@ -74,6 +77,11 @@ bool TransferMachine::storeToFile(TransferHost& host)
     case 2: return readVariable(host, 'I', iVarIndex_, kLastIVariable, 4, false);
     case 3: return readVariable(host, 'V', vVarIndex_, kLastVVariable, 3, true);
     case 4:
+        if (!toFile) {
+            m_.operationResult = 1;
+            transferDone_ = true;
+            return false;
+        }
         if (const std::string why = writer_.commit(); !why.empty()) {
             host.tell("The data file " + m_.fileName + " could not be written: " + why);
             return true;
@@ -89,16 +97,17 @@ bool TransferMachine::readVariable(TransferHost& host, char letter, int& index, 
     std::string command = letter + std::to_string(index);
     std::string reply;
     host.exchange(command, reply);
-    const forms::WholeNumber value = forms::ParseWholeNumber(reply, std::numeric_limits<std::int32_t>::min(),
-                                                             std::numeric_limits<std::int32_t>::max());
+    const std::optional<std::int32_t> value = forms::ToInt32(reply);
     // A reply that is no number (a lost link answers with the exchange's failure text) must not
     // become a line that would set the variable to something else on a restore.
-    if (!value.ok()) {
+    if (!value) {
         writer_.abandon();
         host.tell("Reading " + command + " failed: " + reply);
         return true;
     }
-    if (const std::string why = writer_.writeLine(command + "=" + std::to_string(value.value)); !why.empty()) {
+    if (!writer_.isOpen()) {
+        m_.memoryValues.push_back({command, *value});
+    } else if (const std::string why = writer_.writeLine(command + "=" + std::to_string(*value)); !why.empty()) {
         writer_.abandon();
         host.tell("The data file " + m_.fileName + " could not be written: " + why);
         return true;
@@ -246,6 +255,7 @@ std::optional<std::string> TransferMachine::cancelQuestion() const
 {
     switch (static_cast<Operation>(m_.operationType)) {
     case Operation::StoreToFile:
+    case Operation::ReadMemory:
         if (transferState_ == 2 || transferState_ == 3)
             return "Are you sure you want to cancel in the middle of upload?";
         break;
@@ -276,6 +286,7 @@ void TransferMachine::cancel(TransferHost& host)
         m_.operationResult = 0;
         m_.programStr.clear();
         break;
+    case Operation::ReadMemory: m_.operationResult = 0; break;
     }
     transferDone_ = true;
 }

@@ -3,13 +3,28 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "transfer/data_file.h"
 
 namespace marlune::transfer {
 
-// The four transfers of the transfer dialog, by their operation numbers.
-enum class Operation : std::int16_t { StoreToFile = 1, LoadFromFile = 2, ProgramDownload = 3, ProgramUpload = 4 };
+// The transfers of the transfer dialog, by their operation numbers. ReadMemory reads the
+// variables as StoreToFile does, into `memoryValues` instead of a file, for the comparison.
+enum class Operation : std::int16_t {
+    StoreToFile = 1,
+    LoadFromFile = 2,
+    ProgramDownload = 3,
+    ProgramUpload = 4,
+    ReadMemory = 5
+};
+
+// A variable as the controller answered it: "I7" or "V120", and its value.
+struct VariableValue {
+    std::string name;
+    std::int32_t value = 0;
+    bool operator==(const VariableValue&) const = default;
+};
 
 inline constexpr int kFullBar = 10000;
 inline constexpr int kLastIVariable = 48;
@@ -24,6 +39,7 @@ struct TransferMembers {
     std::string programStr;
     std::int16_t operationResult = 0;
     std::int32_t totalProgLine = 0;
+    std::vector<VariableValue> memoryValues; // out (operation 5)
 };
 
 // What a tick needs of the dialog around it: the exchange over the open link, the three
@@ -69,7 +85,7 @@ public:
     int progStep() const { return progStep_; }
 
 private:
-    bool storeToFile(TransferHost& host);
+    bool readMemory(TransferHost& host);
     bool loadFromFile(TransferHost& host);
     void programDownload(TransferHost& host);
     void programUpload(TransferHost& host);
