@@ -105,12 +105,12 @@ private:
     template <class T>
     class DesignedValue final : public DesignSlot {
     public:
-        DesignedValue(T& value, T design, bool captured)
-            : value_(value), design_(std::move(design)), captured_(captured)
+        DesignedValue(T& value, T design, bool fromFirstLoad)
+            : value_(value), design_(std::move(design)), fromFirstLoad_(fromFirstLoad)
         {}
         void capture() override
         {
-            if (captured_)
+            if (fromFirstLoad_)
                 design_ = value_;
         }
         bool restore() override
@@ -124,7 +124,7 @@ private:
     private:
         T& value_;
         T design_;
-        bool captured_;
+        bool fromFirstLoad_;
     };
 
     Form& form_;
