@@ -17,9 +17,32 @@ namespace {
 
 constexpr int kPollMs = 10;
 
-bool waitReadable(int fd, const std::atomic<bool>& stop)
+void WriteAll(int fd, const std::string& bytes)
 {
-    while (!stop) {
+    for (std::size_t sent = 0; sent < bytes.size();) {
+        const auto n = ::write(fd, bytes.data() + sent, bytes.size() - sent);
+        if (n < 0 && errno == EAGAIN) {
+            pollfd request{fd, POLLOUT, 0};
+            ::poll(&request, 1, kPollMs);
+        } else if (n <= 0) {
+            return;
+        } else {
+            sent += static_cast<std::size_t>(n);
+        }
+    }
+}
+
+} // namespace
+
+std::vector<std::string> ScriptedPeer::received() const
+{
+    const std::lock_guard lock(mutex_);
+    return received_;
+}
+
+bool ScriptedPeer::waitReadable(int fd)
+{
+    while (!stop_) {
         pollfd request{fd, POLLIN, 0};
         const int ready = ::poll(&request, 1, kPollMs);
         if (ready > 0)
@@ -30,27 +53,10 @@ bool waitReadable(int fd, const std::atomic<bool>& stop)
     return false;
 }
 
-void writeAll(int fd, const std::string& bytes)
-{
-    std::size_t sent = 0;
-    while (sent < bytes.size()) {
-        const auto n = ::write(fd, bytes.data() + sent, bytes.size() - sent);
-        if (n < 0 && errno == EAGAIN) {
-            pollfd request{fd, POLLOUT, 0};
-            ::poll(&request, 1, kPollMs);
-            continue;
-        }
-        if (n <= 0)
-            return;
-        sent += static_cast<std::size_t>(n);
-    }
-}
-
-// Serves requests on `fd` until the stream ends, the script hangs up (then true) or `stop`.
-bool serve(int fd, const PeerScript& script, const std::atomic<bool>& stop, ReceivedCommands& received)
+bool ScriptedPeer::serve(int fd, const PeerScript& script)
 {
     std::string pending;
-    while (waitReadable(fd, stop)) {
+    while (waitReadable(fd)) {
         char buffer[4096];
         const auto n = ::read(fd, buffer, sizeof buffer);
         if (n <= 0)
@@ -59,15 +65,17 @@ bool serve(int fd, const PeerScript& script, const std::atomic<bool>& stop, Rece
         for (auto cr = pending.find('\r'); cr != std::string::npos; cr = pending.find('\r')) {
             const auto command = pending.substr(0, cr);
             pending.erase(0, cr + 1);
-            received.add(command);
+            {
+                const std::lock_guard lock(mutex_);
+                received_.push_back(command);
+            }
             const auto reply = script(command);
             if (!reply)
                 continue;
             std::this_thread::sleep_for(reply->delay);
             for (const auto& part : reply->parts) {
-                writeAll(fd, part);
-                // Apart in time, so that the link reads them apart.
-                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+                WriteAll(fd, part);
+                std::this_thread::sleep_for(std::chrono::milliseconds(2)); // apart, so that the link reads them apart
             }
             if (reply->hangUp)
                 return true;
@@ -76,18 +84,11 @@ bool serve(int fd, const PeerScript& script, const std::atomic<bool>& stop, Rece
     return false;
 }
 
-} // namespace
-
-void ReceivedCommands::add(std::string command)
+void ScriptedPeer::stop()
 {
-    const std::lock_guard lock(mutex_);
-    commands_.push_back(std::move(command));
-}
-
-std::vector<std::string> ReceivedCommands::all() const
-{
-    const std::lock_guard lock(mutex_);
-    return commands_;
+    stop_ = true;
+    if (thread_.joinable())
+        thread_.join();
 }
 
 TcpPeer::TcpPeer(PeerScript script, std::uint16_t port) : listener_(::socket(AF_INET, SOCK_STREAM, 0))
@@ -105,28 +106,23 @@ TcpPeer::TcpPeer(PeerScript script, std::uint16_t port) : listener_(::socket(AF_
         return;
     }
     port_ = ntohs(address.sin_port);
-    if (script)
-        thread_ = std::thread([this, script = std::move(script)] { run(script); });
+    if (!script)
+        return;
+    thread_ = std::thread([this, script = std::move(script)] {
+        while (waitReadable(listener_)) {
+            if (const int connection = ::accept(listener_, nullptr, nullptr); connection >= 0) {
+                serve(connection, script);
+                ::close(connection);
+            }
+        }
+    });
 }
 
 TcpPeer::~TcpPeer()
 {
-    stop_ = true;
-    if (thread_.joinable())
-        thread_.join();
+    stop();
     if (listener_ >= 0)
         ::close(listener_);
-}
-
-void TcpPeer::run(const PeerScript& script)
-{
-    while (waitReadable(listener_, stop_)) {
-        const int connection = ::accept(listener_, nullptr, nullptr);
-        if (connection < 0)
-            continue;
-        serve(connection, script, stop_, received_);
-        ::close(connection);
-    }
 }
 
 PtyPeer::PtyPeer(PeerScript script) : master_(::posix_openpt(O_RDWR | O_NOCTTY))
@@ -143,16 +139,14 @@ PtyPeer::PtyPeer(PeerScript script) : master_(::posix_openpt(O_RDWR | O_NOCTTY))
     ::tcsetattr(slave_, TCSANOW, &settings);
     thread_ = std::thread([this, script = std::move(script)] {
         // A hang-up takes the device away: the link's side sees the line drop.
-        if (serve(master_, script, stop_, received_))
+        if (serve(master_, script))
             closeAll();
     });
 }
 
 PtyPeer::~PtyPeer()
 {
-    stop_ = true;
-    if (thread_.joinable())
-        thread_.join();
+    stop();
     closeAll();
 }
 
