@@ -6,7 +6,6 @@
 #include "marlunecom/tcp_com.h"
 #include "marlunecom/vendor_library_com.h"
 #include "reply_buffer.h"
-#include "scripted_peer.h"
 
 #include <gtest/gtest.h>
 
@@ -42,10 +41,6 @@ TEST(ComFactoryTest, WithoutTheMakersLibraryEachKindHasItsBuiltInLink)
     EXPECT_TRUE(reply.terminated());
     EXPECT_EQ(simulator->controller().now(), 7'000'000) << "the simulator runs on the clock given";
 
-    testing::TcpPeer peer([](const std::string&) { return testing::PeerReply{{"tcp\x04"}}; });
-    const auto ethernet = testing::OpenLink(router, 2, 0, peer.address());
-    ASSERT_NE(router.sendRecv(2, ethernet, "???\r", reply.fresh()), 0);
-    EXPECT_EQ(reply.text(), "tcp");
     EXPECT_LE(testing::OpenLink(router, 3, 0, "/nonexistent/ttyACM0"), 0);
 }
 

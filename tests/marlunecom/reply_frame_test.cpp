@@ -4,64 +4,43 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace marlune::marlunecom {
 namespace {
 
-constexpr char kUntouched = '\x55';
+constexpr std::size_t kSize = link::kReceiveBufferSize;
 
-class WriteReplyFrameTest : public ::testing::TestWithParam<std::size_t> {};
-
-TEST_P(WriteReplyFrameTest, TerminatesWhereItFitsAndOtherwiseFillsTheBuffer)
+TEST(ReplyFrameTest, WritesTheTerminatorWhereItFitsAndOtherwiseFillsTheBuffer)
 {
-    const std::size_t length = GetParam();
-    std::string text(length, 'x');
-    for (std::size_t i = 0; i < length; ++i)
-        text[i] = static_cast<char>('a' + i % 26);
-    std::vector<char> buffer(link::kReceiveBufferSize + 1, kUntouched);
-
-    WriteReplyFrame(text, buffer.data());
-
-    const auto copied = std::min(length, link::kReceiveBufferSize);
-    EXPECT_EQ(std::string(buffer.data(), copied), text.substr(0, copied));
-    if (length < link::kReceiveBufferSize) {
-        EXPECT_EQ(buffer[length], kReplyTerminator);
-        EXPECT_EQ(buffer[length + 1], kUntouched);
+    for (const std::size_t length : {std::size_t{0}, std::size_t{2}, kSize - 1, kSize, kSize + 1000}) {
+        std::string text;
+        for (std::size_t i = 0; i < length; ++i)
+            text.push_back(static_cast<char>('a' + i % 26));
+        std::vector<char> buffer(kSize + 1, '\x55');
+        WriteReplyFrame(text, buffer.data());
+        std::string expected = text.substr(0, kSize) + (length < kSize ? std::string{kReplyTerminator} : "");
+        expected.resize(kSize + 1, '\x55'); // nothing written behind, nor past the buffer
+        EXPECT_EQ(std::string(buffer.begin(), buffer.end()), expected) << length;
     }
-    EXPECT_EQ(buffer[link::kReceiveBufferSize], kUntouched) << "wrote past the receive buffer";
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, WriteReplyFrameTest,
-                         ::testing::Values(0, 2, link::kReceiveBufferSize - 1, link::kReceiveBufferSize,
-                                           link::kReceiveBufferSize + 1000));
-
-struct CommandCase {
-    std::string frame;
-    std::string command;
-    bool complete;
-};
-
-class CommandOfFrameTest : public ::testing::TestWithParam<CommandCase> {};
-
-TEST_P(CommandOfFrameTest, TakesTheBytesBeforeTheFirstCr)
+TEST(ReplyFrameTest, TheCommandIsTheBytesBeforeTheFirstCrAndNeedsOne)
 {
-    const auto& [frame, command, complete] = GetParam();
-    const auto result = CommandOfFrame(frame);
-    EXPECT_EQ(result.command, command);
-    EXPECT_EQ(result.complete, complete);
+    const std::vector<std::tuple<std::string, std::string, bool>> frames = {
+            {"???\r", "???", true},   {"\r", "", true},    {"X1\rY2\r", "X1", true},
+            {"A\tB\r", "A\tB", true}, {"V1", "V1", false}, {"", "", false}};
+    for (const auto& [frame, command, complete] : frames) {
+        const auto [gotCommand, gotComplete] = CommandOfFrame(frame);
+        EXPECT_EQ(gotCommand, command) << frame;
+        EXPECT_EQ(gotComplete, complete) << frame;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Frames, CommandOfFrameTest,
-                         ::testing::Values(CommandCase{"???\r", "???", true}, CommandCase{"\r", "", true},
-                                           CommandCase{"X1\rY2\r", "X1", true}, CommandCase{"A\tB\r", "A\tB", true},
-                                           CommandCase{"V1", "V1", false}, CommandCase{"", "", false}));
-
-TEST(RequestFrameTest, StopsAtTheNulOrTheEndOfTheSendBuffer)
+TEST(ReplyFrameTest, ARequestStopsAtItsNulOrTheEndOfTheSendBuffer)
 {
-    const char withNul[] = "LIST\r\0junk";
-    EXPECT_EQ(RequestFrame(withNul), "LIST\r");
-
+    EXPECT_EQ(RequestFrame("LIST\r\0junk"), "LIST\r");
     const std::string full(link::kSendBufferSize + 10, 'Z');
     EXPECT_EQ(RequestFrame(full.c_str()).size(), link::kSendBufferSize);
 }

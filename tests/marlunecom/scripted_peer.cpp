@@ -17,18 +17,14 @@ namespace {
 
 constexpr int kPollMs = 10;
 
+// Both ends block, so that a write waits for room.
 void WriteAll(int fd, const std::string& bytes)
 {
     for (std::size_t sent = 0; sent < bytes.size();) {
         const auto n = ::write(fd, bytes.data() + sent, bytes.size() - sent);
-        if (n < 0 && errno == EAGAIN) {
-            pollfd request{fd, POLLOUT, 0};
-            ::poll(&request, 1, kPollMs);
-        } else if (n <= 0) {
+        if (n <= 0)
             return;
-        } else {
-            sent += static_cast<std::size_t>(n);
-        }
+        sent += static_cast<std::size_t>(n);
     }
 }
 

@@ -2,6 +2,7 @@
 // each: a loopback connection and a pseudo-terminal.
 
 #include "link/marlune_com.h"
+#include "marlunecom/com_port_name.h"
 #include "marlunecom/reply_frame.h"
 #include "marlunecom/serial_com.h"
 #include "marlunecom/tcp_com.h"
@@ -10,9 +11,13 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -66,17 +71,35 @@ struct TcpTransport {
     std::unique_ptr<testing::TcpPeer> peer;
 };
 
+// The serial link reaches the pseudo-terminal as COM4 through a folder that stands in for the
+// COM ports, where COM2 names a device that is gone.
 struct SerialTransport {
     static constexpr std::int32_t kKind = 3;
     using Com = SerialCom;
     static std::vector<std::string> badAddresses()
     {
-        return {"", "   ", "LPT1", "COM0", "/nonexistent/ttyACM0", "/dev/null"};
+        return {"", "   ", "LPT1", "COM0", "COM2", "COM5", "/nonexistent/ttyACM0", "/dev/null"};
     }
-    bool start(PeerScript script) { return (peer = std::make_unique<testing::PtyPeer>(std::move(script)))->ready(); }
-    std::string address() const { return peer->devicePath(); }
+    bool start(PeerScript script)
+    {
+        peer = std::make_unique<testing::PtyPeer>(std::move(script));
+        if (!peer->ready())
+            return false;
+        std::filesystem::create_directories(folder);
+        std::filesystem::create_symlink(peer->devicePath(), folder / "COM4");
+        std::filesystem::create_symlink(folder / "unplugged", folder / "COM2");
+        return ::setenv(kComDirVariable, folder.c_str(), 1) == 0;
+    }
+    ~SerialTransport()
+    {
+        ::unsetenv(kComDirVariable);
+        std::filesystem::remove_all(folder);
+    }
+    std::string address() const { return "com4"; }
     std::vector<std::string> received() const { return peer->received(); }
     std::unique_ptr<testing::PtyPeer> peer;
+    std::filesystem::path folder =
+            std::filesystem::temp_directory_path() / ("marlune-com-" + std::to_string(::getpid()));
 };
 
 template <typename Transport>
