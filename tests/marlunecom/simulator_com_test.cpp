@@ -45,7 +45,7 @@ TEST_F(SimulatorComTest, AnExchangeWritesTheControllersReplyAndFollowsTheClock)
     const auto expected = freshReply("???");
     EXPECT_EQ(reply.text(), expected);
     ASSERT_TRUE(reply.terminated());
-    EXPECT_EQ(reply.bytes()[expected.size() + 1], '\0') << "wrote behind the terminator";
+    EXPECT_EQ(reply.bytes[expected.size() + 1], '\0') << "wrote behind the terminator";
 
     clock = 5'000'000;
     ASSERT_NE(exchange(handle, "???\r"), 0);
@@ -102,7 +102,7 @@ TEST_F(SimulatorComTest, AGarbageOrUnterminatedReplyIsWhatTheBufferGets)
 
     com.failureModes() = {.noTerminator = true};
     ASSERT_NE(exchange(handle, "???\r"), 0);
-    const auto& bytes = reply.bytes();
+    const auto& bytes = reply.bytes;
     const auto expected = freshReply("???");
     EXPECT_EQ(std::string(bytes.data(), expected.size()), expected);
     EXPECT_EQ(std::count(bytes.begin(), bytes.end(), kReplyTerminator), 0);

@@ -155,7 +155,7 @@ TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
             continue;
         auto expected = *step.text + std::string{kReplyTerminator, '\0'};
         expected.resize(std::min(expected.size(), link::kReceiveBufferSize));
-        EXPECT_EQ(std::string(this->reply.bytes().data(), expected.size()), expected);
+        EXPECT_EQ(std::string(this->reply.bytes.data(), expected.size()), expected);
     }
     EXPECT_EQ(this->transport.received(), received) << "each frame went out as handed in, none on a dead handle";
 }
