@@ -6,10 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <optional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace marlune::marlunecom {
@@ -24,72 +23,35 @@ TEST(AddressTextTest, DropsSurroundingBlanksAndStopsAtTheBufferEnd)
     EXPECT_EQ(AddressText(unterminated.c_str()).size(), link::kAddressBufferSize);
 }
 
-struct TcpCase {
-    std::string text;
-    std::optional<std::string> host; // nullopt: no address
-    std::uint16_t port = 0;
-};
-
-void PrintTo(const TcpCase& value, std::ostream* out) { *out << '"' << value.text << '"'; }
-
-class ParseTcpAddressTest : public ::testing::TestWithParam<TcpCase> {};
-
-TEST_P(ParseTcpAddressTest, ReadsHostAndPort)
+TEST(ParseTcpAddressTest, ReadsHostAndPortWith5001ByDefault)
 {
-    const auto& expected = GetParam();
-    const auto address = ParseTcpAddress(expected.text, 5001);
-    EXPECT_EQ(address ? std::optional(std::tie(address->host, address->port)) : std::nullopt,
-              expected.host ? std::optional(std::tie(*expected.host, expected.port)) : std::nullopt);
+    // clang-format off
+    const char* const cases[][2] = { // address, then host and port
+        {"127.0.0.1", "127.0.0.1 5001"}, {"127.0.0.1:6000", "127.0.0.1 6000"}, {"localhost:1", "localhost 1"},
+        {"host:65535", "host 65535"}, {"[::1]:7000", "::1 7000"}, {"[::1]", "::1 5001"}, {"::1", "::1 5001"},
+        {"", "none"}, {":5001", "none"}, {"host:", "none"}, {"host:0", "none"}, {"host:65536", "none"},
+        {"host:12ab", "none"}, {"host:-1", "none"}, {"[::1]x", "none"}, {"[::1", "none"}, {"[]:5001", "none"}};
+    // clang-format on
+    for (const auto& [text, expected] : cases) {
+        const auto address = ParseTcpAddress(text, 5001);
+        EXPECT_EQ(address ? address->host + " " + std::to_string(address->port) : "none", expected) << text;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Addresses, ParseTcpAddressTest,
-                         ::testing::Values(TcpCase{"127.0.0.1", "127.0.0.1", 5001},
-                                           TcpCase{"127.0.0.1:6000", "127.0.0.1", 6000},
-                                           TcpCase{"localhost:1", "localhost", 1}, TcpCase{"host:65535", "host", 65535},
-                                           TcpCase{"[::1]:7000", "::1", 7000}, TcpCase{"[::1]", "::1", 5001},
-                                           TcpCase{"::1", "::1", 5001}, TcpCase{"", std::nullopt},
-                                           TcpCase{":5001", std::nullopt}, TcpCase{"host:", std::nullopt},
-                                           TcpCase{"host:0", std::nullopt}, TcpCase{"host:65536", std::nullopt},
-                                           TcpCase{"host:12ab", std::nullopt}, TcpCase{"host:-1", std::nullopt},
-                                           TcpCase{"[::1]x", std::nullopt}, TcpCase{"[::1", std::nullopt},
-                                           TcpCase{"[]:5001", std::nullopt}));
-
-struct PortCase {
-    std::string address;
-    const char* comDir;
-    std::optional<std::string> device;
-};
-
-void PrintTo(const PortCase& value, std::ostream* out)
+// COMn is $MARLUNE_COM_DIR/COMn when that is set and not empty, otherwise /dev/ttyACM<n-1>.
+TEST(ComPortDeviceTest, MapsTheAddressToADevice)
 {
-    *out << '"' << value.address << "\" with " << (value.comDir ? value.comDir : "no folder");
-}
-
-class ComPortDeviceTest : public ::testing::TestWithParam<PortCase> {};
-
-TEST_P(ComPortDeviceTest, MapsTheAddressToADevice)
-{
-    const auto& [address, comDir, device] = GetParam();
-    EXPECT_EQ(ComPortDevice(address, comDir), device);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-        Addresses, ComPortDeviceTest,
-        ::testing::Values(PortCase{"COM1", nullptr, "/dev/ttyACM0"}, PortCase{"COM10", nullptr, "/dev/ttyACM9"},
-                          PortCase{"com3", nullptr, "/dev/ttyACM2"}, PortCase{"COM3", "", "/dev/ttyACM2"},
-                          PortCase{"COM3", "/tmp/ports", "/tmp/ports/COM3"}, PortCase{"cOm12", "/p", "/p/COM12"},
-                          PortCase{"/dev/ttyUSB0", "/tmp/ports", "/dev/ttyUSB0"},
-                          PortCase{"COM0", nullptr, std::nullopt}, PortCase{"COM", nullptr, std::nullopt},
-                          PortCase{"COM-1", nullptr, std::nullopt}, PortCase{"COM1x", nullptr, std::nullopt},
-                          PortCase{"COM 1", nullptr, std::nullopt}, PortCase{"LPT1", nullptr, std::nullopt},
-                          PortCase{"", nullptr, std::nullopt}, PortCase{"ttyACM0", nullptr, std::nullopt}));
-
-TEST(ComPortDeviceEnvironmentTest, ReadsTheFolderFromTheEnvironment)
-{
-    ::setenv(kComDirVariable, "/tmp/marlune-ports", 1);
-    EXPECT_EQ(ComPortDevice("COM2"), "/tmp/marlune-ports/COM2");
-    ::unsetenv(kComDirVariable);
-    EXPECT_EQ(ComPortDevice("COM2"), "/dev/ttyACM1");
+    // clang-format off
+    const char* const cases[][3] = { // address, folder, device
+        {"COM1", nullptr, "/dev/ttyACM0"}, {"COM10", nullptr, "/dev/ttyACM9"}, {"com3", nullptr, "/dev/ttyACM2"},
+        {"COM3", "", "/dev/ttyACM2"}, {"COM3", "/tmp/ports", "/tmp/ports/COM3"}, {"cOm12", "/p", "/p/COM12"},
+        {"/dev/ttyUSB0", "/tmp/ports", "/dev/ttyUSB0"}, {"COM0", nullptr, "none"}, {"COM", nullptr, "none"},
+        {"COM-1", nullptr, "none"}, {"COM1x", nullptr, "none"}, {"COM 1", nullptr, "none"},
+        {"LPT1", nullptr, "none"}, {"", nullptr, "none"}, {"ttyACM0", nullptr, "none"}};
+    // clang-format on
+    for (const auto& [address, comDir, device] : cases)
+        EXPECT_EQ(ComPortDevice(address, comDir).value_or("none"), device)
+                << address << " in " << (comDir ? comDir : "-");
 }
 
 constexpr std::size_t kSize = link::kReceiveBufferSize;
