@@ -23,17 +23,6 @@ constexpr std::int32_t kEthernet = 2;
 
 static_assert(kDefaultTcpPort == sim::kDefaultTcpPort, "marlune-sim serves where the link looks by default");
 
-TEST(TcpComTest, APeerThatNeverAcceptsFailsTheExchange)
-{
-    testing::TcpPeer deaf; // listens; the system completes the connection, nobody answers
-    TcpCom com(kShortTimeouts);
-    const auto handle = testing::OpenLink(com, kEthernet, 0, deaf.address());
-    ASSERT_GT(handle, 0);
-    testing::ReplyBuffer reply;
-    EXPECT_EQ(com.sendRecv(kEthernet, handle, "???\r", reply.fresh()), 0);
-    EXPECT_EQ(reply.text(), "");
-}
-
 TEST(TcpComTest, TheAddressWithoutPortUsesTheDefaultPort)
 {
     testing::TcpPeer peer([](const std::string&) { return testing::PeerReply{{"here\x04"}}; }, kDefaultTcpPort);
