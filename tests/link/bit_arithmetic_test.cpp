@@ -10,13 +10,15 @@ namespace {
 // The controller's own walk over bits 23 to 0, as the reference the closed forms must match.
 std::int32_t Walk(std::int32_t a, std::int32_t b, bool isAnd)
 {
-    std::int64_t ra = a, rb = b;
+    std::int64_t ra = a;
+    std::int64_t rb = b;
     std::int32_t result = 0;
     for (std::int64_t p = 1 << 23; p >= 1; p /= 2) {
-        const std::int64_t da = ra / p, db = rb / p;
-        ra -= da * p;
-        rb -= db * p;
-        if (isAnd ? (da == 1 && db == 1) : (da == 1 || db == 1))
+        const bool bitA = ra / p == 1;
+        const bool bitB = rb / p == 1;
+        ra %= p;
+        rb %= p;
+        if (isAnd ? bitA && bitB : bitA || bitB)
             result += static_cast<std::int32_t>(p);
     }
     return result;

@@ -8,35 +8,30 @@ namespace marlune::link {
 using testing::HeadlessFixture;
 namespace {
 
-struct Cleaning {
-    std::string typed;
-    std::string frame; // what goes on the wire, CR included; empty: nothing goes out
-    bool sent = true;  // false: the command is refused as too long
-};
+using Cleaning = std::pair<std::string, std::string>; // typed, and the frame that goes out or the message
 
 class CommandCleaning : public HeadlessFixture, public ::testing::WithParamInterface<Cleaning> {};
 
 TEST_P(CommandCleaning, SendsTheCleanedCommandWithOneCrUpToThirtyTwoCharacters)
 {
-    const Cleaning& c = GetParam();
-    std::string command = c.typed;
+    const auto& [typed, out] = GetParam();
+    const bool refused = out.starts_with("Command too long: ");
+    std::string command = typed;
     std::string reply = "before";
-    EXPECT_EQ(SendCommand(command, reply), c.sent);
-    EXPECT_EQ(frames(), c.frame.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.frame});
-    EXPECT_TRUE(!c.frame.empty() || reply == "before") << "nothing sent, reply untouched";
-    EXPECT_EQ(messages(),
-              c.sent ? std::vector<std::string>{} : std::vector<std::string>{"Command too long: " + command});
+    EXPECT_EQ(SendCommand(command, reply), !refused);
+    EXPECT_EQ(frames(), (out.empty() || refused ? std::vector<std::string>{} : std::vector<std::string>{out}));
+    EXPECT_EQ(messages(), (refused ? std::vector<std::string>{out} : std::vector<std::string>{}));
+    EXPECT_TRUE(!frames().empty() || reply == "before") << "nothing sent, reply untouched";
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, CommandCleaning,
-                         ::testing::Values(Cleaning{"X 1000 ; go", "X1000\r"}, Cleaning{"A=\"B C\"", "A=\"BC\"\r"},
-                                           Cleaning{"A=\"x;y\"", "A=\"x\r"}, Cleaning{"list prog 1", "listprog1\r"},
-                                           Cleaning{"X\t1", "X\t1\r"}, Cleaning{"X1\rY2", "X1\r"}, Cleaning{"\r", "\r"},
-                                           Cleaning{"#V1 = 2", "#V1=2\r"}, Cleaning{"   ;just a comment", ""},
-                                           Cleaning{std::string(32, 'A'), std::string(32, 'A') + "\r"},
-                                           Cleaning{std::string(14, 'B') + std::string(28, ' ') + std::string(18, 'B'),
-                                                    std::string(32, 'B') + "\r"},
-                                           Cleaning{std::string(33, 'C') + " ;", "", false}));
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Commands, CommandCleaning, ::testing::ValuesIn(std::vector<Cleaning>{
+    {"X 1000 ; go", "X1000\r"}, {"A=\"B C\"", "A=\"BC\"\r"}, {"A=\"x;y\"", "A=\"x\r"}, {"list prog 1", "listprog1\r"},
+    {"X\t1", "X\t1\r"}, {"X1\rY2", "X1\r"}, {"\r", "\r"}, {"#V1 = 2", "#V1=2\r"}, {"   ;just a comment", ""},
+    {std::string(32, 'A'), std::string(32, 'A') + "\r"},
+    {std::string(14, 'B') + std::string(28, ' ') + std::string(18, 'B'), std::string(32, 'B') + "\r"},
+    {std::string(33, 'C') + " ;", "Command too long: " + std::string(33, 'C')}}));
+// clang-format on
 
 struct Unframing {
     const char* command;
@@ -77,7 +72,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(HeadlessFixture, ThePairRepeatsAHundredTimesOnTheVirtualComPortOnly)
 {
-    std::string first = "EOX=1", second = "EOX = 0", reply;
+    std::string first = "EOX=1";
+    std::string second = "EOX = 0";
+    std::string reply;
     for (std::int16_t kind : {3, 2}) {
         Link().linkKind = kind;
         EXPECT_TRUE(SendCommandPair(first, second, reply));
@@ -89,10 +86,7 @@ TEST_F(HeadlessFixture, ThePairRepeatsAHundredTimesOnTheVirtualComPortOnly)
     EXPECT_EQ(frames(), expected);
 }
 
-struct Read {
-    const char* reply;  // nullptr: the exchange fails
-    std::int32_t value; // 0: a failed read
-};
+using Read = std::pair<const char*, std::int32_t>; // the reply (nullptr: the exchange fails), the value (0: failed)
 
 class Reads : public HeadlessFixture, public ::testing::WithParamInterface<Read> {};
 
@@ -100,18 +94,17 @@ class Reads : public HeadlessFixture, public ::testing::WithParamInterface<Read>
 // that no form shows or later writes back a value that was never read.
 TEST_P(Reads, GetVarRoundsHalfToEvenOrFailsOnce)
 {
-    const Read& r = GetParam();
-    const bool read = r.value != 0;
-    if (r.reply != nullptr)
-        controller.setReply("I1", r.reply);
+    const auto [replyText, value] = GetParam();
+    const bool read = value != 0;
+    if (replyText != nullptr)
+        controller.setReply("I1", replyText);
     else
         controller.failNext("I1", 1);
     controller.setReply("I2", "7");
     EXPECT_EQ(GetVar(1), 0);
     EXPECT_TRUE(frames().empty());
-
     Link().connected = true;
-    EXPECT_EQ(GetVar(1), r.value);
+    EXPECT_EQ(GetVar(1), value);
     EXPECT_EQ(Link().connected, read);
     EXPECT_EQ(GetVar(2), read ? 7 : 0);
     EXPECT_EQ(frames(), (read ? std::vector<std::string>{"I1\r", "I2\r"} : std::vector<std::string>{"I1\r"}));

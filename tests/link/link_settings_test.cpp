@@ -16,7 +16,9 @@ namespace {
 struct SettingsFile {
     std::optional<std::string> bytes; // nullopt: no file
     std::int16_t kind;
-    std::string ipAddress, comPort, linkAddress;
+    std::string ipAddress;
+    std::string comPort;
+    std::string linkAddress;
 };
 
 class SettingsFiles : public HeadlessFixture, public ::testing::WithParamInterface<SettingsFile> {};
@@ -51,11 +53,11 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(HeadlessFixture, SavedSettingsAreThreeLinesWithTheKindBetweenBlanks)
 {
     std::int16_t kind = 3;
-    std::string ip = "127.0.0.1", port = "COM3";
+    std::string ip = "127.0.0.1";
+    std::string port = "COM3";
     EXPECT_TRUE(SaveLinkSettings(kind, ip, port));
     EXPECT_EQ(forms::ReadFileBytes(kLinkSettingsFile), std::optional<std::string>(" 3 \r\n127.0.0.1\r\nCOM3\r\n"));
     EXPECT_EQ(Link().linkAddress, "") << "saving derives nothing";
-
     std::filesystem::remove(kLinkSettingsFile);
     std::filesystem::create_directory(kLinkSettingsFile); // a folder in the file's place
     EXPECT_FALSE(SaveLinkSettings(kind, ip, port));
@@ -67,7 +69,8 @@ TEST_F(HeadlessFixture, SavedSettingsAreThreeLinesWithTheKindBetweenBlanks)
 struct Opening {
     std::int16_t kind;
     std::vector<std::int32_t> results; // of the opens that are made, in turn
-    bool secondEthernetAttempt, opened;
+    bool secondEthernetAttempt;
+    bool opened;
     std::int32_t mode;
     const char* address;
 };
