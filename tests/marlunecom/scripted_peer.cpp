@@ -80,78 +80,67 @@ bool ScriptedPeer::serve(int fd, const PeerScript& script)
     return false;
 }
 
-void ScriptedPeer::stop()
+std::unique_ptr<ScriptedPeer> ScriptedPeer::onTcp(PeerScript script, std::uint16_t port)
 {
-    stop_ = true;
-    if (thread_.joinable())
-        thread_.join();
-}
-
-TcpPeer::TcpPeer(PeerScript script, std::uint16_t port) : listener_(::socket(AF_INET, SOCK_STREAM, 0))
-{
+    std::unique_ptr<ScriptedPeer> peer(new ScriptedPeer);
+    peer->listener_ = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(port);
     socklen_t length = sizeof address;
-    if (listener_ < 0 || ::bind(listener_, reinterpret_cast<sockaddr*>(&address), length) != 0
-        || ::listen(listener_, 4) != 0
-        || ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-        if (listener_ >= 0)
-            ::close(std::exchange(listener_, -1));
-        return;
-    }
-    port_ = ntohs(address.sin_port);
-    if (!script)
-        return;
-    thread_ = std::thread([this, script = std::move(script)] {
-        while (waitReadable(listener_)) {
-            if (const int connection = ::accept(listener_, nullptr, nullptr); connection >= 0) {
-                serve(connection, script);
-                ::close(connection);
+    if (peer->listener_ < 0 || ::bind(peer->listener_, reinterpret_cast<sockaddr*>(&address), length) != 0
+        || ::listen(peer->listener_, 4) != 0
+        || ::getsockname(peer->listener_, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return peer;
+    peer->address_ = "127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+    if (script) {
+        peer->thread_ = std::thread([peer = peer.get(), script = std::move(script)] {
+            while (peer->waitReadable(peer->listener_)) {
+                if (const int connection = ::accept(peer->listener_, nullptr, nullptr); connection >= 0) {
+                    peer->serve(connection, script);
+                    ::close(connection);
+                }
             }
-        }
-    });
-}
-
-TcpPeer::~TcpPeer()
-{
-    stop();
-    if (listener_ >= 0)
-        ::close(listener_);
-}
-
-PtyPeer::PtyPeer(PeerScript script) : master_(::posix_openpt(O_RDWR | O_NOCTTY))
-{
-    termios settings{};
-    if (master_ < 0 || ::grantpt(master_) != 0 || ::unlockpt(master_) != 0
-        || (slave_ = ::open(::ptsname(master_), O_RDWR | O_NOCTTY | O_NONBLOCK)) < 0
-        || ::tcgetattr(slave_, &settings) != 0) {
-        closeAll();
-        return;
+        });
     }
-    devicePath_ = ::ptsname(master_);
-    ::cfmakeraw(&settings);
-    ::tcsetattr(slave_, TCSANOW, &settings);
-    thread_ = std::thread([this, script = std::move(script)] {
-        // A hang-up takes the device away: the link's side sees the line drop.
-        if (serve(master_, script))
-            closeAll();
-    });
+    return peer;
 }
 
-PtyPeer::~PtyPeer()
+std::unique_ptr<ScriptedPeer> ScriptedPeer::onPty(PeerScript script)
 {
-    stop();
+    std::unique_ptr<ScriptedPeer> peer(new ScriptedPeer);
+    const int master = peer->master_ = ::posix_openpt(O_RDWR | O_NOCTTY);
+    termios settings{};
+    if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0
+        || (peer->slave_ = ::open(::ptsname(master), O_RDWR | O_NOCTTY | O_NONBLOCK)) < 0
+        || ::tcgetattr(peer->slave_, &settings) != 0)
+        return peer;
+    peer->address_ = ::ptsname(master);
+    ::cfmakeraw(&settings);
+    ::tcsetattr(peer->slave_, TCSANOW, &settings);
+    peer->thread_ = std::thread([peer = peer.get(), script = std::move(script)] {
+        // A hang-up takes the device away: the link's side sees the line drop.
+        if (peer->serve(peer->master_, script))
+            peer->closeAll();
+    });
+    return peer;
+}
+
+ScriptedPeer::~ScriptedPeer()
+{
+    stop_ = true;
+    if (thread_.joinable())
+        thread_.join();
     closeAll();
 }
 
-void PtyPeer::closeAll()
+void ScriptedPeer::closeAll()
 {
-    if (slave_ >= 0)
-        ::close(std::exchange(slave_, -1));
-    if (master_ >= 0)
-        ::close(std::exchange(master_, -1));
+    for (int* fd : {&listener_, &slave_, &master_}) {
+        if (*fd >= 0)
+            ::close(std::exchange(*fd, -1));
+    }
 }
 
 } // namespace marlune::marlunecom::testing

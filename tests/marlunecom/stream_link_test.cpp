@@ -59,15 +59,12 @@ struct TcpTransport {
     using Com = TcpCom;
     static std::vector<std::string> badAddresses()
     {
-        std::string closedPort = testing::TcpPeer().address(); // nobody listens once it is gone
+        const std::string closedPort = testing::ScriptedPeer::onTcp({})->address(); // nobody listens once it is gone
         return {"", "   ", "127.0.0.1:0", "127.0.0.1:http", "127.0.0.1:70000", "[127.0.0.1", closedPort};
     }
-    bool start(PeerScript script)
-    {
-        return (peer = std::make_unique<testing::TcpPeer>(std::move(script)))->listening();
-    }
+    bool start(PeerScript script) { return (peer = testing::ScriptedPeer::onTcp(std::move(script)))->ready(); }
     std::string address() const { return peer->address(); }
-    std::unique_ptr<testing::TcpPeer> peer;
+    std::unique_ptr<testing::ScriptedPeer> peer;
 };
 
 // The serial link reaches the pseudo-terminal as COM4 through a folder that stands in for the
@@ -81,11 +78,11 @@ struct SerialTransport {
     }
     bool start(PeerScript script)
     {
-        peer = std::make_unique<testing::PtyPeer>(std::move(script));
+        peer = testing::ScriptedPeer::onPty(std::move(script));
         if (!peer->ready())
             return false;
         std::filesystem::create_directories(folder);
-        std::filesystem::create_symlink(peer->devicePath(), folder / "COM4");
+        std::filesystem::create_symlink(peer->address(), folder / "COM4");
         std::filesystem::create_symlink(folder / "unplugged", folder / "COM2");
         return ::setenv(kComDirVariable, folder.c_str(), 1) == 0;
     }
@@ -95,7 +92,7 @@ struct SerialTransport {
         std::filesystem::remove_all(folder);
     }
     std::string address() const { return "com4"; }
-    std::unique_ptr<testing::PtyPeer> peer;
+    std::unique_ptr<testing::ScriptedPeer> peer;
     std::filesystem::path folder =
             std::filesystem::temp_directory_path() / ("marlune-com-" + std::to_string(::getpid()));
 };

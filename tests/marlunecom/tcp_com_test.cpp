@@ -25,8 +25,9 @@ static_assert(kDefaultTcpPort == sim::kDefaultTcpPort, "marlune-sim serves where
 
 TEST(TcpComTest, TheAddressWithoutPortUsesTheDefaultPort)
 {
-    testing::TcpPeer peer([](const std::string&) { return testing::PeerReply{{"here\x04"}}; }, kDefaultTcpPort);
-    if (!peer.listening())
+    const auto peer = testing::ScriptedPeer::onTcp([](const std::string&) { return testing::PeerReply{{"here\x04"}}; },
+                                                   kDefaultTcpPort);
+    if (!peer->ready())
         GTEST_SKIP() << "port " << kDefaultTcpPort << " is taken on this machine";
     TcpCom com(kShortTimeouts);
     const auto handle = testing::OpenLink(com, kEthernet, 0, " 127.0.0.1 ");
