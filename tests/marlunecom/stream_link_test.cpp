@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <thread>
@@ -34,24 +35,20 @@ constexpr LinkTimeouts kShortTimeouts{200ms, 200ms};
 const std::string kBig(link::kReceiveBufferSize + 3000, 'x');
 const std::string kFull(link::kReceiveBufferSize, 'f');
 
-// Echoes a command with "R:" in front, but for the commands that show one way of replying.
+// The peer echoes a command with "R:" in front, but for the commands that show one way of replying.
+const std::map<std::string, std::optional<PeerReply>> kReplies = {
+        {"PIECES", PeerReply{{"HEL", "LO\r\n", std::string("!") + kReplyTerminator + "stray"}}},
+        {"BIG", PeerReply{{kBig + kReplyTerminator}}},
+        {"FULL", PeerReply{{kFull}}},
+        {"SILENT", std::nullopt},
+        {"HALF", PeerReply{{"no terminator"}}},
+        {"SLOW", PeerReply{{std::string("LATE") + kReplyTerminator}, 300ms}},
+        {"BYE", PeerReply{{"PART"}, {}, true}}};
+
 std::optional<PeerReply> Script(const std::string& command)
 {
-    if (command == "PIECES")
-        return PeerReply{{"HEL", "LO\r\n", std::string("!") + kReplyTerminator + "stray"}};
-    if (command == "BIG")
-        return PeerReply{{kBig + kReplyTerminator}};
-    if (command == "FULL")
-        return PeerReply{{kFull}};
-    if (command == "SILENT")
-        return std::nullopt;
-    if (command == "HALF")
-        return PeerReply{{"no terminator"}};
-    if (command == "SLOW")
-        return PeerReply{{std::string("LATE") + kReplyTerminator}, 300ms};
-    if (command == "BYE")
-        return PeerReply{{"PART"}, {}, true};
-    return PeerReply{{"R:" + command + kReplyTerminator}};
+    const auto it = kReplies.find(command);
+    return it != kReplies.end() ? it->second : PeerReply{{"R:" + command + kReplyTerminator}};
 }
 
 struct TcpTransport {

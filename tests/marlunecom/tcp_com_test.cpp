@@ -1,4 +1,3 @@
-#include "link/marlune_com.h"
 #include "marlunecom/tcp_address.h"
 #include "marlunecom/tcp_com.h"
 #include "reply_buffer.h"
@@ -9,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,8 +41,6 @@ struct FaultCase {
     std::vector<std::string> options;
     std::vector<bool> exchangesSucceed;
 };
-
-void PrintTo(const FaultCase& value, std::ostream* out) { *out << (value.options.empty() ? "" : value.options.back()); }
 
 class TcpComSimulatorTest : public ::testing::TestWithParam<FaultCase> {};
 
