@@ -1,12 +1,9 @@
 // The motion panel's window: it shows the decoded status, and a poll that changes nothing
 // repaints nothing.
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 
 #include <gtest/gtest.h>
-
-#include <iostream>
 
 #include "link/controller_link.h"
 #include "panel/main_control.h"
@@ -36,7 +33,9 @@ const char* const kStatus = "@1200,-35,0,0,1199,-35,0,0,4000,0,0,0,4,24,0,0,16.1
 TEST(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
 {
     QtDesk desk;
-    desk.com.replies = {{"I12", "48"}, {"HSPD", "4000"}, {"LSPD", "500"}, {"ACCEL", "100"}, {"???", kStatus}};
+    for (const auto& [request, reply] :
+         {std::pair{"I12", "48"}, {"HSPD", "4000"}, {"LSPD", "500"}, {"ACCEL", "100"}, {"???", kStatus}})
+        desk.com.setReply(request, reply);
     shell::Program program;
     link::Link().linkKind = 1;
     panel::MainControl& panel = program.mainControl();
@@ -55,22 +54,18 @@ TEST(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
         EXPECT_EQ(window->findChild<PictureWidget*>("DIO6")->picture(), "DIO_OUT_OFF");
         EXPECT_EQ(window->findChild<PictureWidget*>("AlarmY")->picture(), "SwitchOn");
 
-        const QString dir = QStringLiteral(MARLUNE_SCREENSHOT_DIR);
-        QDir().mkpath(dir);
-        const QString path = QDir(dir).filePath(QStringLiteral("MainControl.png"));
-        EXPECT_TRUE(window->grab().save(path, "PNG"));
-        std::cout << "screenshot: " << path.toStdString() << '\n';
+        EXPECT_TRUE(SaveScreenshot(*window, "MainControl.png"));
 
         PaintCounter counter;
         for (QWidget* widget : window->findChildren<QWidget*>())
             widget->installEventFilter(&counter);
-        const std::size_t before = desk.com.requests.size();
+        const std::size_t before = Requests(desk.com).size();
         panel.pollTick();
         Settle();
-        EXPECT_EQ(desk.com.requests.size(), before + 1) << "one poll went out";
+        EXPECT_EQ(Requests(desk.com).size(), before + 1) << "one poll went out";
         EXPECT_EQ(counter.paints, 0) << "a poll with no changed values repaints nothing";
 
-        desk.com.replies["???"] = "@1201,-35,0,0,1199,-35,0,0,4000,0,0,0,4,24,0,0,16.1,1,0,0,0,12,1,1,1.0,1.";
+        desk.com.setReply("???", "@1201,-35,0,0,1199,-35,0,0,4000,0,0,0,4,24,0,0,16.1,1,0,0,0,12,1,1,1.0,1.");
         panel.pollTick();
         Settle();
         EXPECT_GT(counter.paints, 0) << "a changed position is painted";
