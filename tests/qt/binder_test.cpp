@@ -1,16 +1,12 @@
 // The binder carries model changes to widgets and operators' actions to the model's events.
-#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-
-#include <gtest/gtest.h>
 
 #include "forms/control.h"
 #include "qt/form_binder.h"
@@ -26,34 +22,33 @@ using Events = std::vector<std::string>;
 // Every event the form raises lands in one log, in order.
 class SampleForm final : public forms::Form {
 public:
-    SampleForm()
-        : forms::Form("Sample", "Sample Form"), Name(add<forms::TextBox>("Name")), Log(add<forms::TextBox>("Log")),
-          Caption(add<forms::Label>("Caption", "&Speed")), Enable(add<forms::CheckBox>("Enable", "Enable")),
-          Slow(add<forms::OptionButton>("Slow", "speed", "Slow", true)),
-          Fast(add<forms::OptionButton>("Fast", "speed", "Fast")), Lamp(add<forms::Picture>("Lamp", "LedOff")),
-          Ok(add<forms::Button>("Ok", "OK"))
+    SampleForm() : forms::Form("Sample", "Sample Form")
     {
         Log.multiLine = true;
-        Name.onChange = [this] { events.push_back("change"); };
+        Name.onChange = note("change");
         Name.onKeyDown = [this](int& code) { events.push_back("key" + std::to_string(code)); };
         Log.onKeyPress = [this](int& ascii) { events.push_back("log" + std::to_string(ascii)); };
-        Enable.onClick = [this] { events.push_back("Enable"); };
-        Fast.onClick = [this] { events.push_back("Fast"); };
-        Lamp.onClick = [this] { events.push_back("click"); };
-        Lamp.onDblClick = [this] { events.push_back("dblclick"); };
+        Enable.onClick = note("Enable");
+        Fast.onClick = note("Fast");
+        Lamp.onClick = note("click");
+        Lamp.onDblClick = note("dblclick");
         Lamp.onMouseDown = [this](int button) { events.push_back("down" + std::to_string(button)); };
-        Ok.onClick = [this] { events.push_back("Ok"); };
+        Ok.onClick = note("Ok");
+    }
+    std::function<void()> note(const char* event)
+    {
+        return [this, event] { events.push_back(event); };
     }
 
-    forms::TextBox& Name;
-    forms::TextBox& Log;
-    forms::Label& Caption;
-    forms::CheckBox& Enable;
-    forms::OptionButton& Slow;
-    forms::OptionButton& Fast;
-    forms::Picture& Lamp;
-    forms::Button& Ok;
     Events events;
+    forms::TextBox& Name = add<forms::TextBox>("Name");
+    forms::TextBox& Log = add<forms::TextBox>("Log");
+    forms::Label& Caption = add<forms::Label>("Caption", "&Speed");
+    forms::CheckBox& Enable = add<forms::CheckBox>("Enable", "Enable");
+    forms::OptionButton& Slow = add<forms::OptionButton>("Slow", "speed", "Slow", true);
+    forms::OptionButton& Fast = add<forms::OptionButton>("Fast", "speed", "Fast");
+    forms::Picture& Lamp = add<forms::Picture>("Lamp", "LedOff");
+    forms::Button& Ok = add<forms::Button>("Ok", "OK");
 };
 
 QWidget& LaidOut(QWidget& root, const forms::Form& form)
@@ -61,18 +56,6 @@ QWidget& LaidOut(QWidget& root, const forms::Form& form)
     SetUpPlainLayout(form, root);
     root.show();
     return root;
-}
-
-void Key(QWidget* widget, int key, const QString& text = {})
-{
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(widget, &press);
-}
-
-void Type(QWidget* widget, const QString& text)
-{
-    for (const QChar c : text)
-        Key(widget, c.toUpper().unicode(), QString(c));
 }
 
 class Binder : public testing::Test {

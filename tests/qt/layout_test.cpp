@@ -1,8 +1,5 @@
 // Every .ui layout and its form model match one to one, with widgets of fitting kinds.
 #include <QMainWindow>
-#include <QWidget>
-
-#include <gtest/gtest.h>
 
 #include <memory>
 

@@ -1,14 +1,11 @@
 // The platform's own translations: message boxes, clipboard, file filters, text positions,
 // tilings, the status clock and timers.
-#include <QApplication>
 #include <QClipboard>
 #include <QEventLoop>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -77,8 +74,8 @@ TEST(Platform, TheClipboardHoldsDesktopLinesAndGivesBackTheProgramsLines)
 
 class Clocked final : public forms::Form {
 public:
-    Clocked() : forms::Form("Clocked", "Clocked"), Timer1(add<forms::Timer>("Timer1", 1)) {}
-    forms::Timer& Timer1;
+    Clocked() : forms::Form("Clocked", "Clocked") {}
+    forms::Timer& Timer1 = add<forms::Timer>("Timer1", 1);
 };
 
 TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)

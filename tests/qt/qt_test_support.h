@@ -2,8 +2,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QWidget>
+
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <iostream>
@@ -66,6 +69,19 @@ inline void Settle()
 {
     QApplication::processEvents();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A key pressed as the desktop delivers it, and text typed key by key.
+inline void Key(QWidget* widget, int key, const QString& text = {})
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(widget, &press);
+}
+
+inline void Type(QWidget* widget, const QString& text)
+{
+    for (const QChar c : text)
+        Key(widget, c.toUpper().unicode(), QString(c));
 }
 
 // Saves a picture of `window` for a person to look at.
