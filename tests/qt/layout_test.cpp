@@ -32,17 +32,21 @@ TEST(Layouts, EveryLayoutMatchesItsFormOneToOne)
         forms::Form* form = program.findForm(layout.formName);
         ASSERT_NE(form, nullptr) << "a layout for a form the program does not have";
         std::unique_ptr<QWidget> window = MakeWindow(layout);
+        int shownControls = 0, controlWidgets = 0;
         for (forms::Control* control : form->controls()) {
             const bool shown =
                     control->kind() != forms::ControlKind::Timer && control->kind() != forms::ControlKind::MenuItem;
+            shownControls += shown;
             EXPECT_EQ(window->findChildren<QWidget*>(QString::fromStdString(control->name())).size(), shown ? 1 : 0)
                     << control->name() << " needs exactly one widget";
         }
         for (const QWidget* widget : window->findChildren<QWidget*>()) {
             const std::string name = widget->objectName().toStdString();
+            controlWidgets += ShowsAControl(*widget);
             EXPECT_TRUE(!ShowsAControl(*widget) || form->control(name))
                     << "the " << widget->metaObject()->className() << " '" << name << "' has no control";
         }
+        EXPECT_EQ(controlWidgets, shownControls);
         // Each control's widget is of a kind that shows it.
         FormBinder binder(*form, *window);
         EXPECT_TRUE(binder.unbound().empty()) << binder.unbound().front();
@@ -58,7 +62,7 @@ TEST(Layouts, TheTestButtonLiesOutOfReachBelowTheTerminal)
         Settle();
         auto* test = window->findChild<QWidget*>(QStringLiteral("Test"));
         auto* close = window->findChild<QWidget*>(QStringLiteral("CloseTerminal"));
-        ASSERT_NE(test, nullptr);
+        ASSERT_TRUE(test && close);
         // Nothing of it shows in the window, while the other controls lie inside.
         EXPECT_TRUE(test->visibleRegion().isEmpty());
         const QRect closeArea(close->mapTo(window.get(), QPoint(0, 0)), close->size());
