@@ -1,13 +1,12 @@
 #include "qt/file_filter.h"
 
-#include "forms/text.h"
+#include "qt/shown_text.h"
 
 namespace marlune::qt {
 
 QStringList QtNameFilters(std::string_view filter)
 {
-    const QStringList parts =
-            QString::fromStdString(forms::AnsiToUtf8(filter)).split(QLatin1Char('|'), Qt::KeepEmptyParts);
+    const QStringList parts = ShownText(filter).split(QLatin1Char('|'), Qt::KeepEmptyParts);
     QStringList filters;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         QString description = parts[i].trimmed();

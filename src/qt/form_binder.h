@@ -17,6 +17,9 @@ class QWidget;
 
 namespace marlune::qt {
 
+// A widget of a class that shows some kind of control: in a layout, it has its control by name.
+bool ShowsAControl(const QWidget& widget);
+
 // Shows one form model through the widgets of its layout, whose object names are the
 // control names. Values flow both ways under the model's event rules: a model change reaches
 // a widget only when the widget shows something else, and an operator's action reaches the
@@ -54,26 +57,36 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // How each kind of control binds: the widget classes that may show it, how the operator's
+    // actions on the widget reach the model, and how the model's value is shown.
+    struct KindBinding {
+        bool (*fits)(const QWidget& widget);
+        void (FormBinder::*connect)(forms::Control& control, QWidget& widget);
+        void (*show)(const forms::Control& control, QWidget& widget);
+    };
     struct Binding {
         QPointer<QWidget> widget;
         QPointer<QAction> action;
+        const KindBinding* kind = nullptr;
     };
+    static const std::map<forms::ControlKind, KindBinding>& kindBindings();
+    friend bool ShowsAControl(const QWidget& widget);
 
     void bindMenus();
-    void bindToolBar(forms::ToolBar& toolBar);
     void bindWidget(forms::Control& control);
-    void connectOperator(forms::Control& control, QWidget& widget);
-    void connectText(forms::TextBox& box, QWidget& widget);
+    void connectClick(forms::Control& control, QWidget& widget);
+    void connectOption(forms::Control& control, QWidget& widget);
+    void connectPicture(forms::Control& control, QWidget& widget);
+    void connectList(forms::Control& control, QWidget& widget);
+    void connectText(forms::Control& control, QWidget& widget);
+    void connectToolBar(forms::Control& control, QWidget& widget);
     // Runs an operator's action on the model, then shows what the model kept.
     template <class Action>
     void act(forms::Control& control, Action&& action);
     void sync(forms::Control& control);
-    void syncWidget(forms::Control& control, QWidget& widget);
-    void syncText(forms::TextBox& box, QWidget& widget);
-    bool textKey(forms::TextBox& box, QKeyEvent& event);
+    bool textKey(forms::TextBox& box, const QKeyEvent& event);
     void textEdited(forms::TextBox& box, QWidget& widget);
     void selectionMoved(forms::TextBox& box, QWidget& widget);
-    void reportGeometry();
 
     forms::Form& form_;
     QWidget& root_;

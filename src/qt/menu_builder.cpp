@@ -8,16 +8,10 @@
 
 #include <set>
 
-#include "forms/text.h"
+#include "qt/shown_text.h"
 #include "qt/toolbar_icons.h"
 
 namespace marlune::qt {
-
-namespace {
-
-QString Text(const std::string& ansi) { return QString::fromStdString(forms::AnsiToUtf8(ansi)); }
-
-} // namespace
 
 BuiltMenus BuildMenus(const std::vector<forms::MenuItem*>& items, QMenuBar& bar)
 {
@@ -38,16 +32,17 @@ BuiltMenus BuildMenus(const std::vector<forms::MenuItem*>& items, QMenuBar& bar)
         }
         QAction* action = nullptr;
         if (!parentMenu || parents.count(item->name())) {
-            QMenu* menu = parentMenu ? parentMenu->addMenu(Text(item->caption())) : bar.addMenu(Text(item->caption()));
+            QMenu* menu = parentMenu ? parentMenu->addMenu(ShownText(item->caption()))
+                                     : bar.addMenu(ShownText(item->caption()));
             menu->setObjectName(name);
             built.menus[item->name()] = menu;
             action = menu->menuAction();
         } else if (item->isSeparator()) {
             action = parentMenu->addSeparator();
         } else {
-            action = parentMenu->addAction(Text(item->caption()));
+            action = parentMenu->addAction(ShownText(item->caption()));
             if (!item->shortcut().empty())
-                action->setShortcut(QKeySequence::fromString(Text(item->shortcut()), QKeySequence::PortableText));
+                action->setShortcut(QKeySequence::fromString(ShownText(item->shortcut()), QKeySequence::PortableText));
         }
         action->setObjectName(name);
         built.actions[item->name()] = action;
@@ -64,11 +59,11 @@ std::vector<QAction*> BuildToolBar(const forms::ToolBar& model, QToolBar& bar)
             actions.push_back(bar.addSeparator());
             continue;
         }
-        const QString key = Text(button.key);
+        const QString key = ShownText(button.key);
         // The text is what a screen reader and the overflow menu say; the button shows none.
-        QAction* action = bar.addAction(ToolbarIcon(Text(button.image)), Text(button.toolTip));
+        QAction* action = bar.addAction(ToolbarIcon(ShownText(button.image)), ShownText(button.toolTip));
         action->setObjectName(key);
-        action->setToolTip(Text(button.toolTip));
+        action->setToolTip(ShownText(button.toolTip));
         action->setData(key);
         action->setEnabled(button.enabled);
         actions.push_back(action);

@@ -16,7 +16,6 @@
 
 #include "forms/control.h"
 #include "forms/form.h"
-#include "forms/text.h"
 #include "qt/file_filter.h"
 #include "qt/form_binder.h"
 #include "qt/form_layouts.h"
@@ -29,8 +28,6 @@
 namespace marlune::qt {
 
 namespace {
-
-QString Text(const std::string& ansi) { return QString::fromStdString(forms::AnsiToUtf8(ansi)); }
 
 QMessageBox::Icon BoxIcon(forms::MessageIcon icon)
 {
@@ -77,7 +74,7 @@ QWidget* QtPlatform::dialogParent() const
 forms::MessageAnswer QtPlatform::messageBox(const forms::MessageRequest& request)
 {
     const bool question = request.buttons == forms::MessageButtons::YesNo;
-    QMessageBox box(BoxIcon(request.icon), Text(request.title), Text(request.text),
+    QMessageBox box(BoxIcon(request.icon), ShownText(request.title), ShownText(request.text),
                     question ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, dialogParent());
     box.setTextFormat(Qt::PlainText);
     box.setObjectName(QStringLiteral("messageBox"));
@@ -279,21 +276,21 @@ void QtPlatform::timerChanged(forms::Timer& timer)
 forms::FileDialogResult QtPlatform::fileDialog(const forms::FileDialogRequest& request)
 {
     using Outcome = forms::FileDialogResult::Outcome;
-    QFileDialog dialog(dialogParent(), Text(request.title));
+    QFileDialog dialog(dialogParent(), ShownText(request.title));
     dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (const QStringList filters = QtNameFilters(request.filter); !filters.isEmpty())
         dialog.setNameFilters(filters);
     if (!request.initialName.empty())
-        dialog.selectFile(Text(request.initialName));
+        dialog.selectFile(ShownText(request.initialName));
     if (dialog.exec() != QDialog::Accepted)
         return {Outcome::Cancelled, {}, {}};
     const QStringList files = dialog.selectedFiles();
     if (files.isEmpty() || files.front().isEmpty())
         return {Outcome::Failed, {}, "No file was chosen."};
-    const std::string name = forms::Utf8ToAnsi(files.front().toStdString());
+    const std::string name = ModelText(files.front());
     // The program keeps names in its own code page; a name that does not fit would name another file.
-    if (Text(name) != files.front())
+    if (ShownText(name) != files.front())
         return {Outcome::Failed,
                 {},
                 "The file name " + files.front().toStdString() + " has characters the program cannot hold."};
@@ -311,7 +308,7 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
 {
     using Outcome = forms::PrintDialogResult::Outcome;
     QPrintDialog dialog(&printer(), dialogParent());
-    dialog.setWindowTitle(Text(title));
+    dialog.setWindowTitle(ShownText(title));
     if (dialog.exec() != QDialog::Accepted)
         return {Outcome::Cancelled, {}};
     if (!printer().isValid())
@@ -345,9 +342,9 @@ void QtPlatform::saveSetting(const std::string& application, const std::string& 
                              const std::string& value)
 {
     // ~/.config/Marlune/<application>.conf on Linux, the registry on Windows.
-    QSettings settings(QStringLiteral("Marlune"), Text(application));
-    settings.beginGroup(Text(section));
-    settings.setValue(Text(key), Text(value));
+    QSettings settings(QStringLiteral("Marlune"), ShownText(application));
+    settings.beginGroup(ShownText(section));
+    settings.setValue(ShownText(key), ShownText(value));
     settings.endGroup();
     settings.sync();
 }
@@ -363,7 +360,7 @@ std::optional<std::string> QtPlatform::showHelp(const std::string& file, int com
         help_->setAttribute(Qt::WA_DeleteOnClose);
     }
     if (!help_->load(*manual))
-        return "The help file " + forms::Utf8ToAnsi(manual->toStdString()) + " cannot be read.";
+        return "The help file " + ModelText(*manual) + " cannot be read.";
     if (command == kHelpPartialKey)
         help_->showSearch();
     else

@@ -7,12 +7,13 @@
 
 namespace marlune::qt {
 
-// How a text box's bytes (Windows-1252, lines ended by CR LF) appear in a Qt text widget, and
-// back. A multi-line widget has LF alone between lines; a CR that ends no line shows as
-// nothing, as it does in the classic boxes. Positions are counted in characters on both
-// sides, so that caret and selection can travel between them.
-QString ShownText(std::string_view ansi, bool multiLine);
-std::string ModelText(const QString& shown, bool multiLine);
+// How the program's bytes (Windows-1252, lines ended by CR LF) appear on the desktop, and
+// back: every caption, title and text goes through here. A multi-line widget has LF alone
+// between lines; a CR that ends no line shows as nothing, as it does in the classic boxes.
+// Positions are counted in characters on both sides, so that caret and selection can travel
+// between them.
+QString ShownText(std::string_view ansi, bool multiLine = false);
+std::string ModelText(const QString& shown, bool multiLine = false);
 
 // The widget position of the model's position `pos`, and the model position of a widget
 // position (the first byte of the character there).

@@ -1,6 +1,5 @@
 // The platform's own translations: message boxes, clipboard, file filters, text positions,
 // tilings, the status clock and timers.
-#include <QApplication>
 #include <QClipboard>
 #include <QEventLoop>
 #include <QLabel>
@@ -8,7 +7,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 
-#include <gtest/gtest.h>
+#include <algorithm>
 
 #include "forms/control.h"
 #include "qt/file_filter.h"
@@ -32,38 +31,31 @@ void Answer(QMessageBox::StandardButton button, SeenBox& seen)
     QTimer::singleShot(0, [button, &seen] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         ASSERT_NE(box, nullptr);
-        seen.title = box->windowTitle();
-        seen.text = box->text();
-        seen.icon = box->icon();
+        seen = {box->windowTitle(), box->text(), box->icon(), {}};
         for (QAbstractButton* b : box->buttons())
             seen.buttons << box->standardButton(b);
+        std::sort(seen.buttons.begin(), seen.buttons.end());
         box->button(button)->click();
     });
 }
 
-TEST(Platform, AQuestionShowsItsTitleTextIconAndYesNoAndReturnsTheAnswer)
+TEST(Platform, MessageBoxesShowTitleTextIconAndButtonsAndReturnTheAnswer)
 {
     QtDesk desk;
     SeenBox seen;
     Answer(QMessageBox::No, seen);
-    const auto answer = forms::MsgBox("Store \x93"
-                                      "all\x94?",
-                                      forms::MessageButtons::YesNo, forms::MessageIcon::Question, "STORE MARLUNE DATA");
-    EXPECT_EQ(answer, forms::MessageAnswer::No);
+    EXPECT_EQ(forms::MsgBox("Store \x93"
+                            "all\x94?",
+                            forms::MessageButtons::YesNo, forms::MessageIcon::Question, "STORE MARLUNE DATA"),
+              forms::MessageAnswer::No);
     EXPECT_EQ(seen.title, "STORE MARLUNE DATA");
     EXPECT_EQ(seen.text, QString::fromUtf8("Store “all”?"));
     EXPECT_EQ(seen.icon, QMessageBox::Question);
-    EXPECT_EQ(seen.buttons.size(), 2);
-    EXPECT_TRUE(seen.buttons.contains(QMessageBox::Yes) && seen.buttons.contains(QMessageBox::No));
-
+    EXPECT_EQ(seen.buttons, (QList<QMessageBox::StandardButton>{QMessageBox::Yes, QMessageBox::No}));
     Answer(QMessageBox::Yes, seen);
     EXPECT_EQ(forms::MsgBox("?", forms::MessageButtons::YesNo), forms::MessageAnswer::Yes);
-}
 
-TEST(Platform, AnErrorBoxHasOnlyOkAndTheApplicationTitle)
-{
-    QtDesk desk;
-    SeenBox seen;
+    // An error box has only OK and the application's title.
     Answer(QMessageBox::Ok, seen);
     EXPECT_EQ(forms::MsgBox("Error Communication!"), forms::MessageAnswer::OK);
     EXPECT_EQ(seen.title, "Marlune Desk");
@@ -82,8 +74,8 @@ TEST(Platform, TheClipboardHoldsDesktopLinesAndGivesBackTheProgramsLines)
 
 class Clocked final : public forms::Form {
 public:
-    Clocked() : forms::Form("Clocked", "Clocked"), Timer1(add<forms::Timer>("Timer1", 1)) {}
-    forms::Timer& Timer1;
+    Clocked() : forms::Form("Clocked", "Clocked") {}
+    forms::Timer& Timer1 = add<forms::Timer>("Timer1", 1);
 };
 
 TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
@@ -110,10 +102,8 @@ TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
 
 TEST(FileFilter, PairsOfDescriptionAndPatternsBecomeQtFilters)
 {
-    EXPECT_EQ(QtNameFilters("Marlune Program Files (*.dat)|*.dat"), QStringList{"Marlune Program Files (*.dat)"});
-    EXPECT_EQ(QtNameFilters("Projects|*.prj|All Files (*.*)|*.*"),
-              (QStringList{"Projects (*.prj)", "All Files (*.*)"}));
-    EXPECT_EQ(QtNameFilters("Text|*.txt;*.lst"), QStringList{"Text (*.txt *.lst)"});
+    EXPECT_EQ(QtNameFilters("Marlune Program Files (*.dat)|*.dat|Projects|*.prj|Text|*.txt;*.lst|Other"),
+              (QStringList{"Marlune Program Files (*.dat)", "Projects (*.prj)", "Text (*.txt *.lst)", "Other (*)"}));
     EXPECT_TRUE(QtNameFilters("").isEmpty());
 }
 
@@ -135,28 +125,16 @@ TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)
         EXPECT_EQ(ShownPosition(text, ModelPosition(text, shown, true), true), shown);
 }
 
-TEST(Tilings, TilesFillTheAreaExactlyWithTheSparePixelsFirst)
+TEST(Tilings, TilesFillTheAreaWithTheSparePixelsFirstAndIconsWrapUpwardsFromTheBottom)
 {
     const QRect area(10, 20, 301, 100);
-    const auto vertical = TileVertically(area, 3);
-    ASSERT_EQ(vertical.size(), 3u);
-    EXPECT_EQ(vertical[0], QRect(10, 20, 101, 100));
-    EXPECT_EQ(vertical[1], QRect(111, 20, 100, 100));
-    EXPECT_EQ(vertical[2], QRect(211, 20, 100, 100));
-    const auto horizontal = TileHorizontally(area, 3);
-    EXPECT_EQ(horizontal[0], QRect(10, 20, 301, 34));
-    EXPECT_EQ(horizontal[2].bottom(), area.bottom());
-    EXPECT_EQ(horizontal[1].top(), horizontal[0].bottom() + 1);
+    EXPECT_EQ(TileVertically(area, 3),
+              (std::vector<QRect>{QRect(10, 20, 101, 100), QRect(111, 20, 100, 100), QRect(211, 20, 100, 100)}));
+    EXPECT_EQ(TileHorizontally(area, 3),
+              (std::vector<QRect>{QRect(10, 20, 301, 34), QRect(10, 54, 301, 33), QRect(10, 87, 301, 33)}));
     EXPECT_TRUE(TileVertically(area, 0).empty());
-}
-
-TEST(Tilings, IconsLineUpAlongTheBottomAndWrapUpwards)
-{
-    const auto places = IconPositions(QRect(0, 0, 250, 400), QSize(100, 30), 3);
-    ASSERT_EQ(places.size(), 3u);
-    EXPECT_EQ(places[0], QPoint(0, 370));
-    EXPECT_EQ(places[1], QPoint(100, 370));
-    EXPECT_EQ(places[2], QPoint(0, 340));
+    EXPECT_EQ(IconPositions(QRect(0, 0, 250, 400), QSize(100, 30), 3),
+              (std::vector<QPoint>{QPoint(0, 370), QPoint(100, 370), QPoint(0, 340)}));
     EXPECT_TRUE(IconPositions(QRect(0, 0, 250, 400), QSize(0, 30), 2).empty());
 }
 

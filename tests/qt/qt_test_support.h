@@ -1,43 +1,36 @@
 #pragma once
 
 #include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
 #include <QTimer>
+#include <QWidget>
 
-#include <cstring>
+#include <gtest/gtest.h>
+
 #include <functional>
-#include <map>
+#include <iostream>
 #include <string>
 #include <vector>
 
 #include "forms/form.h"
 #include "forms/platform.h"
+#include "headless/scripted_controller.h"
 #include "link/controller_link.h"
-#include "link/marlune_com.h"
 #include "qt/qt_platform.h"
 
 namespace marlune::qt::test {
 
-// A controller that answers from a table and keeps every request, so that a test can see
-// what went over the wire.
-class ScriptedCom final : public link::MarluneCom {
-public:
-    std::int32_t open(std::int32_t, std::int32_t, char*) override { return 7; }
-    std::int32_t close(std::int32_t, std::int32_t) override { return 0; }
-    std::int32_t sendRecv(std::int32_t, std::int32_t, const char* request, char* reply) override
-    {
-        std::string command(request);
-        if (!command.empty() && command.back() == '\r')
-            command.pop_back();
-        requests.push_back(command);
-        const auto it = replies.find(command);
-        const std::string answer = it == replies.end() ? std::string("?") : it->second;
-        std::memcpy(reply, answer.c_str(), answer.size() + 1);
-        return 1;
-    }
-
-    std::map<std::string, std::string> replies;
+// What went over the wire: the command of each exchange, without its CR.
+inline std::vector<std::string> Requests(const headless::ScriptedController& com)
+{
     std::vector<std::string> requests;
-};
+    for (const headless::ComCall& call : com.calls()) {
+        if (call.operation == headless::ComCall::Operation::Exchange)
+            requests.push_back(headless::RequestKey(call.bytes));
+    }
+    return requests;
+}
 
 // A Qt platform and a scripted controller set up as the program's, for one test.
 class QtDesk {
@@ -46,6 +39,7 @@ public:
     {
         forms::SetPlatform(&platform);
         link::SetCom(&com);
+        com.setDefaultReply("?");
     }
     ~QtDesk()
     {
@@ -56,7 +50,7 @@ public:
     QtDesk& operator=(const QtDesk&) = delete;
 
     QtPlatform platform;
-    ScriptedCom com;
+    headless::ScriptedController com;
 };
 
 // Runs `steps` from inside the modal showing of `form` (in its nested loop), then makes sure
@@ -75,6 +69,28 @@ inline void Settle()
 {
     QApplication::processEvents();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A key pressed as the desktop delivers it, and text typed key by key.
+inline void Key(QWidget* widget, int key, const QString& text = {})
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(widget, &press);
+}
+
+inline void Type(QWidget* widget, const QString& text)
+{
+    for (const QChar c : text)
+        Key(widget, c.toUpper().unicode(), QString(c));
+}
+
+// Saves a picture of `window` for a person to look at.
+inline bool SaveScreenshot(QWidget& window, const char* name)
+{
+    QDir().mkpath(QStringLiteral(MARLUNE_SCREENSHOT_DIR));
+    const QString path = QDir(QStringLiteral(MARLUNE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(name));
+    std::cout << "screenshot: " << path.toStdString() << '\n';
+    return window.grab().save(path, "PNG");
 }
 
 } // namespace marlune::qt::test
