@@ -19,7 +19,10 @@
 #include "ui_MainControl.h"
 #include "ui_MonitorAI.h"
 #include "ui_NewPos.h"
+#include "ui_ProgramViewer.h"
+#include "ui_Status.h"
 #include "ui_Terminal.h"
+#include "ui_frmCompareMemory.h"
 #include "ui_frmMain.h"
 
 namespace marlune::qt {
@@ -79,6 +82,9 @@ const std::vector<FormLayout>& FormLayouts()
             {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
             {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
             {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
+            {"Status", false, &SetUp<Ui::Status, QWidget>},
+            {"ProgramViewer", false, &SetUp<Ui::ProgramViewer, QWidget>},
+            {"frmCompareMemory", false, &SetUp<Ui::frmCompareMemory, QWidget>},
     };
     return layouts;
 }

@@ -26,6 +26,8 @@ TEST(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.frame();
     program.terminal();
     program.mainControl();
+    program.status();
+    program.compareMemory();
     ASSERT_GE(FormLayouts().size(), 2u);
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
