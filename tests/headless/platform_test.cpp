@@ -42,10 +42,15 @@ TEST_F(ClockTest, TimersFallDueInTimeOrderAndTiesInTheOrderTheyWereArmed)
     EXPECT_EQ(platform.now(), 60);
 }
 
-TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMoment)
+TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMomentAndATimerMayStopItself)
 {
     TestForm form("A");
     forms::Timer& timer = addTimer(form, "t", 100);
+    forms::Timer& once = addTimer(form, "once", 10);
+    once.onTick = [&] {
+        tick("once");
+        once.setTimerEnabled(false);
+    };
     ASSERT_TRUE(form.load());
     platform.advance(150);
     timer.setInterval(30);
@@ -54,44 +59,21 @@ TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMoment)
     platform.advance(300);
     timer.setTimerEnabled(true);
     platform.advance(340);
-    EXPECT_EQ(ticks, "t@100 t@180 t@330");
+    EXPECT_EQ(ticks, "once@10 t@100 t@180 t@330");
+    EXPECT_FALSE(platform.dueTime(once));
 }
 
-TEST_F(ClockTest, ATimerThatStopsItselfTicksOnce)
+// The rest of a wait that a tick cut short by closing the modal form is the caller's.
+TEST_F(ClockTest, AdvanceStopsWhenATickClosesTheModalForm)
 {
-    TestForm form("A");
-    forms::Timer& timer = addTimer(form, "once", 10);
-    timer.onTick = [&] {
-        tick("once");
-        timer.setTimerEnabled(false);
-    };
-    ASSERT_TRUE(form.load());
-    platform.advance(1000);
-    EXPECT_EQ(ticks, "once@10");
-    EXPECT_FALSE(platform.dueTime(timer));
-}
-
-TEST_F(ClockTest, TimersBehindAModalFormGoOnAndAdvanceStopsWhenATickClosesIt)
-{
-    TestForm frame("Frame");
     TestForm dialog("Dialog");
-    addTimer(frame, "behind", 100);
-    forms::Timer& closer = addTimer(dialog, "closer", 250);
-    closer.onTick = [&] {
-        tick("closer");
-        dialog.unload();
-    };
-    ASSERT_TRUE(frame.load());
+    addTimer(dialog, "closer", 250).onTick = [&] { dialog.unload(); };
     bool reached = true;
     driver.steps.push_back([&](forms::Form&) { reached = platform.advance(1000); });
-    forms::ShowModal(dialog, &frame);
-    // The showing returned at the tick that closed it; the rest of the wait is the caller's.
+    forms::ShowModal(dialog, nullptr);
     EXPECT_FALSE(reached);
     EXPECT_EQ(platform.now(), 250);
     EXPECT_TRUE(platform.modalForms().empty());
-    EXPECT_TRUE(platform.advance(1000));
-    EXPECT_EQ(ticks, "behind@100 behind@200 closer@250 behind@300 behind@400 behind@500 behind@600 behind@700 "
-                     "behind@800 behind@900 behind@1000");
 }
 
 TEST_F(ClockTest, NestedModalShowingsReturnInnermostFirst)
