@@ -7,6 +7,8 @@
 #include "panel/main_control.h"
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
+#include "tools/program_viewer.h"
+#include "transfer/status.h"
 
 namespace {
 
@@ -20,7 +22,9 @@ void BM_DecodeChangingReply(benchmark::State& state)
     link::ResetLink();
     panel::NewPos newPos;
     panel::MonitorAI monitor;
-    panel::MainControl panel(newPos, monitor);
+    transfer::Status status;
+    tools::ProgramViewer viewer(status);
+    panel::MainControl panel(newPos, monitor, viewer);
     panel.dioConfig = 0xF0;
     bool flip = false;
     for (auto _ : state) {
@@ -35,7 +39,9 @@ void BM_DecodeSameReply(benchmark::State& state)
     link::ResetLink();
     panel::NewPos newPos;
     panel::MonitorAI monitor;
-    panel::MainControl panel(newPos, monitor);
+    transfer::Status status;
+    tools::ProgramViewer viewer(status);
+    panel::MainControl panel(newPos, monitor, viewer);
     for (auto _ : state)
         panel.updateAllStatus(kMoving);
 }

@@ -34,7 +34,11 @@ std::string_view KindName(ControlKind kind)
 
 // ---- Control
 
-Control::Control(Form& form, std::string name, ControlKind kind) : form_(form), name_(std::move(name)), kind_(kind) {}
+Control::Control(Form& form, std::string name, ControlKind kind) : form_(form), name_(std::move(name)), kind_(kind)
+{
+    designed(enabled_);
+    designed(visible_);
+}
 
 Control::~Control() = default;
 
@@ -75,14 +79,17 @@ std::optional<std::string> Control::property(std::string_view name) const
 
 void Control::captureDesign()
 {
-    designEnabled_ = enabled_;
-    designVisible_ = visible_;
+    for (const auto& slot : design_)
+        slot->capture();
 }
 
 void Control::restoreDesign()
 {
-    setEnabled(designEnabled_);
-    setVisible(designVisible_);
+    bool any = false;
+    for (const auto& slot : design_)
+        any = slot->restore() || any;
+    if (any)
+        changed();
 }
 
 void Control::changed() { form_.controlChanged(*this); }
@@ -91,7 +98,9 @@ void Control::changed() { form_.controlChanged(*this); }
 
 CaptionControl::CaptionControl(Form& form, std::string name, ControlKind kind, std::string caption)
     : Control(form, std::move(name), kind), caption_(std::move(caption))
-{}
+{
+    designed(caption_);
+}
 
 void CaptionControl::setCaption(const std::string& caption)
 {
@@ -106,18 +115,6 @@ std::optional<std::string> CaptionControl::property(std::string_view name) const
     if (name == "caption" || name == "text")
         return caption_;
     return Control::property(name);
-}
-
-void CaptionControl::captureDesign()
-{
-    Control::captureDesign();
-    designCaption_ = caption_;
-}
-
-void CaptionControl::restoreDesign()
-{
-    Control::restoreDesign();
-    setCaption(designCaption_);
 }
 
 Label::Label(Form& form, std::string name, std::string caption)
@@ -136,7 +133,12 @@ Button::Button(Form& form, std::string name, std::string caption)
 
 TextBox::TextBox(Form& form, std::string name, std::string text)
     : Control(form, std::move(name), ControlKind::TextBox), text_(std::move(text))
-{}
+{
+    // The designed text is no edit: it comes back without a Change, the caret at the start.
+    designed(text_);
+    designed(selStart_, 0);
+    designed(selLength_, 0);
+}
 
 void TextBox::setText(const std::string& text)
 {
@@ -263,29 +265,13 @@ std::optional<std::string> TextBox::property(std::string_view name) const
     return Control::property(name);
 }
 
-void TextBox::captureDesign()
-{
-    Control::captureDesign();
-    designText_ = text_;
-}
-
-void TextBox::restoreDesign()
-{
-    Control::restoreDesign();
-    // The designed text is no edit: it comes back without a Change.
-    if (text_ != designText_ || selStart_ != 0 || selLength_ != 0) {
-        text_ = designText_;
-        selStart_ = 0;
-        selLength_ = 0;
-        changed();
-    }
-}
-
 // ---- CheckBox
 
 CheckBox::CheckBox(Form& form, std::string name, std::string caption, int value)
     : Control(form, std::move(name), ControlKind::CheckBox), caption_(std::move(caption)), value_(value)
-{}
+{
+    designed(value_);
+}
 
 void CheckBox::setValue(int value)
 {
@@ -307,27 +293,14 @@ std::optional<std::string> CheckBox::property(std::string_view name) const
     return Control::property(name);
 }
 
-void CheckBox::captureDesign()
-{
-    Control::captureDesign();
-    designValue_ = value_;
-}
-
-void CheckBox::restoreDesign()
-{
-    Control::restoreDesign();
-    if (value_ != designValue_) {
-        value_ = designValue_;
-        changed();
-    }
-}
-
 // ---- OptionButton
 
 OptionButton::OptionButton(Form& form, std::string name, std::string group, std::string caption, bool value)
     : Control(form, std::move(name), ControlKind::OptionButton), group_(std::move(group)), caption_(std::move(caption)),
       value_(value)
-{}
+{
+    designed(value_);
+}
 
 void OptionButton::setValue(bool value)
 {
@@ -358,26 +331,13 @@ std::optional<std::string> OptionButton::property(std::string_view name) const
     return Control::property(name);
 }
 
-void OptionButton::captureDesign()
-{
-    Control::captureDesign();
-    designValue_ = value_;
-}
-
-void OptionButton::restoreDesign()
-{
-    Control::restoreDesign();
-    if (value_ != designValue_) {
-        value_ = designValue_;
-        changed();
-    }
-}
-
 // ---- Picture
 
 Picture::Picture(Form& form, std::string name, std::string picture)
     : Control(form, std::move(name), ControlKind::Picture), picture_(std::move(picture))
-{}
+{
+    designed(picture_);
+}
 
 void Picture::setPicture(const std::string& picture)
 {
@@ -394,25 +354,14 @@ std::optional<std::string> Picture::property(std::string_view name) const
     return Control::property(name);
 }
 
-void Picture::captureDesign()
-{
-    Control::captureDesign();
-    designPicture_ = picture_;
-}
-
-void Picture::restoreDesign()
-{
-    Control::restoreDesign();
-    setPicture(designPicture_);
-}
-
 // ---- Timer
 
 Timer::Timer(Form& form, std::string name, int intervalMs, bool enabled)
-    : Control(form, std::move(name), ControlKind::Timer), interval_(intervalMs), timerEnabled_(enabled),
-      designInterval_(intervalMs), designTimerEnabled_(enabled)
+    : Control(form, std::move(name), ControlKind::Timer), interval_(intervalMs), timerEnabled_(enabled)
 {
     setVisible(false);
+    designed(interval_);
+    designed(timerEnabled_);
 }
 
 void Timer::setInterval(int intervalMs)
@@ -458,25 +407,13 @@ std::optional<std::string> Timer::property(std::string_view name) const
     return Control::property(name);
 }
 
-void Timer::captureDesign()
-{
-    Control::captureDesign();
-    designInterval_ = interval_;
-    designTimerEnabled_ = timerEnabled_;
-}
-
-void Timer::restoreDesign()
-{
-    Control::restoreDesign();
-    interval_ = designInterval_;
-    timerEnabled_ = designTimerEnabled_;
-}
-
 // ---- ProgressBar
 
 ProgressBar::ProgressBar(Form& form, std::string name, int min, int max)
     : Control(form, std::move(name), ControlKind::ProgressBar), min_(min), max_(max), value_(min)
-{}
+{
+    designed(value_);
+}
 
 void ProgressBar::setValue(int value)
 {
@@ -494,21 +431,13 @@ std::optional<std::string> ProgressBar::property(std::string_view name) const
     return Control::property(name);
 }
 
-void ProgressBar::captureDesign()
-{
-    Control::captureDesign();
-    designValue_ = value_;
-}
-
-void ProgressBar::restoreDesign()
-{
-    Control::restoreDesign();
-    setValue(designValue_);
-}
-
 // ---- ListBox
 
-ListBox::ListBox(Form& form, std::string name) : Control(form, std::move(name), ControlKind::ListBox) {}
+ListBox::ListBox(Form& form, std::string name) : Control(form, std::move(name), ControlKind::ListBox)
+{
+    designed(items_);
+    designed(listIndex_, -1);
+}
 
 void ListBox::addItem(const std::string& item)
 {
@@ -542,22 +471,6 @@ std::optional<std::string> ListBox::property(std::string_view name) const
     if (name == "text")
         return listIndex_ >= 0 ? items_[static_cast<std::size_t>(listIndex_)] : std::string();
     return Control::property(name);
-}
-
-void ListBox::captureDesign()
-{
-    Control::captureDesign();
-    designItems_ = items_;
-}
-
-void ListBox::restoreDesign()
-{
-    Control::restoreDesign();
-    if (items_ == designItems_ && listIndex_ == -1)
-        return;
-    items_ = designItems_;
-    listIndex_ = -1;
-    changed();
 }
 
 // ---- ToolBar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,9 +62,10 @@ public:
     // scenario runner and the binder; nothing for a property the control does not have.
     virtual std::optional<std::string> property(std::string_view name) const;
 
-    // The state of the control as designed, restored at every load of its form.
-    virtual void captureDesign();
-    virtual void restoreDesign();
+    // The values of the control as designed: taken at the first load of its form and put back,
+    // without any event, at every later load.
+    void captureDesign();
+    void restoreDesign();
 
     std::function<void()> onClick;
     std::function<void()> onDblClick;
@@ -78,14 +80,59 @@ protected:
             handler();
     }
 
+    // Makes `value` one of the designed values of the control.
+    template <class T>
+    void designed(T& value)
+    {
+        design_.push_back(std::make_unique<DesignedValue<T>>(value, value, true));
+    }
+    // Makes `value` come back as `start` at every load, whatever it was at the first.
+    template <class T>
+    void designed(T& value, T start)
+    {
+        design_.push_back(std::make_unique<DesignedValue<T>>(value, std::move(start), false));
+    }
+
 private:
+    class DesignSlot {
+    public:
+        virtual ~DesignSlot() = default;
+        virtual void capture() = 0;
+        // True when putting the designed value back changed the value.
+        virtual bool restore() = 0;
+    };
+
+    template <class T>
+    class DesignedValue final : public DesignSlot {
+    public:
+        DesignedValue(T& value, T design, bool fromFirstLoad)
+            : value_(value), design_(std::move(design)), fromFirstLoad_(fromFirstLoad)
+        {}
+        void capture() override
+        {
+            if (fromFirstLoad_)
+                design_ = value_;
+        }
+        bool restore() override
+        {
+            if (value_ == design_)
+                return false;
+            value_ = design_;
+            return true;
+        }
+
+    private:
+        T& value_;
+        T design_;
+        bool fromFirstLoad_;
+    };
+
     Form& form_;
     std::string name_;
     ControlKind kind_;
     bool enabled_ = true;
     bool visible_ = true;
-    bool designEnabled_ = true;
-    bool designVisible_ = true;
+    std::vector<std::unique_ptr<DesignSlot>> design_;
 };
 
 // A control with a caption: label, frame, button.
@@ -95,12 +142,9 @@ public:
     const std::string& caption() const { return caption_; }
     void setCaption(const std::string& caption);
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     std::string caption_;
-    std::string designCaption_;
 };
 
 class Label final : public CaptionControl {
@@ -148,8 +192,6 @@ public:
     void operatorSetText(const std::string& text);
 
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
     std::function<void()> onChange;
     std::function<void(int& keyCode)> onKeyDown;
@@ -162,7 +204,6 @@ private:
     std::string text_;
     int selStart_ = 0;
     int selLength_ = 0;
-    std::string designText_;
 };
 
 class CheckBox final : public Control {
@@ -174,13 +215,10 @@ public:
     const std::string& caption() const { return caption_; }
     void operatorClick() override;
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     std::string caption_;
     int value_ = 0;
-    int designValue_ = 0;
 };
 
 // Option buttons with the same group are exclusive: selecting one clears the others.
@@ -194,14 +232,11 @@ public:
     const std::string& caption() const { return caption_; }
     void operatorClick() override;
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     std::string group_;
     std::string caption_;
     bool value_ = false;
-    bool designValue_ = false;
 };
 
 // A picture control shows one picture of the form's vocabulary, named ("OutputOn").
@@ -212,12 +247,9 @@ public:
     void setPicture(const std::string& picture);
     std::string toolTip;
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     std::string picture_;
-    std::string designPicture_;
 };
 
 // Ticks only while its form is loaded and it is enabled. A tick never re-enters the handler of
@@ -236,15 +268,11 @@ public:
     void tick();
     std::function<void()> onTick;
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     void armingChanged();
     int interval_;
     bool timerEnabled_;
-    int designInterval_;
-    bool designTimerEnabled_;
     bool ticking_ = false;
 };
 
@@ -256,14 +284,11 @@ public:
     int value() const { return value_; }
     void setValue(int value);
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     int min_;
     int max_;
     int value_;
-    int designValue_ = 0;
 };
 
 class ListBox final : public Control {
@@ -275,13 +300,10 @@ public:
     int listIndex() const { return listIndex_; }
     void setListIndex(int index);
     std::optional<std::string> property(std::string_view name) const override;
-    void captureDesign() override;
-    void restoreDesign() override;
 
 private:
     std::vector<std::string> items_;
     int listIndex_ = -1;
-    std::vector<std::string> designItems_;
 };
 
 struct ToolButton {

@@ -6,7 +6,7 @@
 namespace marlune::marlunecom {
 namespace {
 
-bool hasComPrefix(std::string_view address)
+bool HasComPrefix(std::string_view address)
 {
     constexpr std::string_view prefix = "COM";
     if (address.size() <= prefix.size())
@@ -18,9 +18,9 @@ bool hasComPrefix(std::string_view address)
     return true;
 }
 
-std::optional<unsigned> comNumber(std::string_view address)
+std::optional<unsigned> ComNumber(std::string_view address)
 {
-    if (!hasComPrefix(address))
+    if (!HasComPrefix(address))
         return std::nullopt;
     const auto digits = address.substr(3);
     unsigned number = 0;
@@ -36,7 +36,7 @@ std::optional<std::string> ComPortDevice(std::string_view address, const char* c
 {
     if (!address.empty() && address.front() == '/')
         return std::string(address);
-    const auto number = comNumber(address);
+    const auto number = ComNumber(address);
     if (!number)
         return std::nullopt;
     if (comDir != nullptr && *comDir != '\0')

@@ -9,7 +9,7 @@
 namespace marlune::marlunecom {
 namespace {
 
-bool configure(QSerialPort& port)
+bool Configure(QSerialPort& port)
 {
     return port.setBaudRate(QSerialPort::Baud115200) && port.setDataBits(QSerialPort::Data8)
            && port.setParity(QSerialPort::NoParity) && port.setStopBits(QSerialPort::OneStop)
@@ -30,7 +30,7 @@ std::int32_t SerialCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char*
 
     auto port = std::make_unique<QSerialPort>();
     port->setPortName(QString::fromStdString(*device));
-    if (!port->open(QIODevice::ReadWrite) || !configure(*port))
+    if (!port->open(QIODevice::ReadWrite) || !Configure(*port))
         return 0;
     return adopt(std::move(port));
 }

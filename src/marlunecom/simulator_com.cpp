@@ -8,7 +8,7 @@
 namespace marlune::marlunecom {
 namespace {
 
-SimulatorCom::Clock steadyClockSinceNow()
+SimulatorCom::Clock SteadyClockSinceNow()
 {
     const auto start = std::chrono::steady_clock::now();
     return [start] {
@@ -16,7 +16,7 @@ SimulatorCom::Clock steadyClockSinceNow()
     };
 }
 
-void writeUnterminated(std::string_view text, char* reply)
+void WriteUnterminated(std::string_view text, char* reply)
 {
     std::memset(reply, ' ', link::kReceiveBufferSize);
     std::memcpy(reply, text.data(), std::min(text.size(), link::kReceiveBufferSize));
@@ -25,7 +25,7 @@ void writeUnterminated(std::string_view text, char* reply)
 } // namespace
 
 SimulatorCom::SimulatorCom(Clock clock, std::chrono::milliseconds replyTimeout)
-    : clock_(clock ? std::move(clock) : steadyClockSinceNow()),
+    : clock_(clock ? std::move(clock) : SteadyClockSinceNow()),
       replyTimeoutMicros_(std::chrono::duration_cast<std::chrono::microseconds>(replyTimeout).count())
 {}
 
@@ -68,7 +68,7 @@ std::int32_t SimulatorCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, 
     controller_.advanceTo(controller_.now() + std::max<std::int64_t>(holdMicros, 0));
 
     if (failureModes().noTerminator)
-        writeUnterminated(*answer, reply);
+        WriteUnterminated(*answer, reply);
     else
         WriteReplyFrame(*answer, reply);
     return 1;

@@ -13,22 +13,22 @@
 namespace marlune::marlunecom {
 namespace {
 
-int remainingMs(const QDeadlineTimer& deadline) { return static_cast<int>(deadline.remainingTime()); }
+int RemainingMs(const QDeadlineTimer& deadline) { return static_cast<int>(deadline.remainingTime()); }
 
 // Bytes that arrived after an earlier exchange gave up belong to no request.
-void discardLateBytes(QIODevice& device)
+void DiscardLateBytes(QIODevice& device)
 {
     if (device.bytesAvailable() > 0 || device.waitForReadyRead(0))
         device.readAll();
 }
 
-bool writeRequest(QIODevice& device, std::string_view request, const QDeadlineTimer& deadline)
+bool WriteRequest(QIODevice& device, std::string_view request, const QDeadlineTimer& deadline)
 {
     const auto size = static_cast<qint64>(request.size());
     if (device.write(request.data(), size) != size)
         return false;
     while (device.bytesToWrite() > 0) {
-        if (!device.waitForBytesWritten(remainingMs(deadline)))
+        if (!device.waitForBytesWritten(RemainingMs(deadline)))
             return false;
     }
     return true;
@@ -39,14 +39,14 @@ bool writeRequest(QIODevice& device, std::string_view request, const QDeadlineTi
 bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, std::chrono::milliseconds timeout)
 {
     const QDeadlineTimer deadline(timeout);
-    discardLateBytes(device);
-    if (!writeRequest(device, request, deadline))
+    DiscardLateBytes(device);
+    if (!WriteRequest(device, request, deadline))
         return false;
 
     std::size_t filled = 0;
     std::array<char, 1024> chunk{};
     for (;;) {
-        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(remainingMs(deadline)))
+        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(RemainingMs(deadline)))
             return filled == link::kReceiveBufferSize; // a full buffer is a reply, cut
         const auto got = device.read(chunk.data(), static_cast<qint64>(chunk.size()));
         if (got < 0)

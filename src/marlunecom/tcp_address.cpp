@@ -5,7 +5,7 @@
 namespace marlune::marlunecom {
 namespace {
 
-std::optional<std::uint16_t> parsePort(std::string_view digits)
+std::optional<std::uint16_t> ParsePort(std::string_view digits)
 {
     unsigned value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
@@ -14,7 +14,7 @@ std::optional<std::uint16_t> parsePort(std::string_view digits)
     return static_cast<std::uint16_t>(value);
 }
 
-std::optional<TcpAddress> hostAndPort(std::string_view host, std::optional<std::uint16_t> port)
+std::optional<TcpAddress> HostAndPort(std::string_view host, std::optional<std::uint16_t> port)
 {
     if (host.empty() || !port)
         return std::nullopt;
@@ -35,16 +35,16 @@ std::optional<TcpAddress> ParseTcpAddress(std::string_view address, std::uint16_
         const auto host = address.substr(1, close - 1);
         const auto rest = address.substr(close + 1);
         if (rest.empty())
-            return hostAndPort(host, defaultPort);
+            return HostAndPort(host, defaultPort);
         if (rest.front() != ':')
             return std::nullopt;
-        return hostAndPort(host, parsePort(rest.substr(1)));
+        return HostAndPort(host, ParsePort(rest.substr(1)));
     }
 
     const auto colon = address.find(':');
     if (colon == std::string_view::npos || address.find(':', colon + 1) != std::string_view::npos)
-        return hostAndPort(address, defaultPort); // no port, or a bare IPv6 address
-    return hostAndPort(address.substr(0, colon), parsePort(address.substr(colon + 1)));
+        return HostAndPort(address, defaultPort); // no port, or a bare IPv6 address
+    return HostAndPort(address.substr(0, colon), ParsePort(address.substr(colon + 1)));
 }
 
 } // namespace marlune::marlunecom

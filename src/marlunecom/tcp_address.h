@@ -7,6 +7,9 @@
 
 namespace marlune::marlunecom {
 
+// The controller's port, used when an Ethernet address names none.
+inline constexpr std::uint16_t kDefaultTcpPort = 5001;
+
 struct TcpAddress {
     std::string host;
     std::uint16_t port = 0;

@@ -2,7 +2,6 @@
 
 #include "marlunecom/address_text.h"
 #include "marlunecom/tcp_address.h"
-#include "sim/controller.h"
 
 #include <QString>
 #include <QTcpSocket>
@@ -15,7 +14,7 @@ std::int32_t TcpCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char* ad
 {
     if (address == nullptr)
         return 0;
-    const auto target = ParseTcpAddress(AddressText(address), sim::kDefaultTcpPort);
+    const auto target = ParseTcpAddress(AddressText(address), kDefaultTcpPort);
     if (!target)
         return 0;
 

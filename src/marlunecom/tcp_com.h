@@ -10,7 +10,7 @@ namespace marlune::marlunecom {
 // The Ethernet link: one TCP connection per handle (see StreamCom for the exchange).
 //
 // The address is "host" or "host:port" (see ParseTcpAddress); without a port the controller's
-// port 5001 is used (sim::kDefaultTcpPort, which marlune-sim serves too). The connection,
+// port kDefaultTcpPort (5001) is used, which marlune-sim serves too. The connection,
 // name look-up included, must be made within the connect time-out.
 //
 // It needs no QCoreApplication: in a bare program its socket simply does without notifiers.

@@ -14,7 +14,7 @@ namespace marlune::marlunecom {
 namespace {
 
 template <typename Function>
-Function resolve(QLibrary& library, const char* name, std::string& missing)
+Function Resolve(QLibrary& library, const char* name, std::string& missing)
 {
     const auto function = reinterpret_cast<Function>(library.resolve(name));
     if (function == nullptr)
@@ -31,9 +31,9 @@ VendorLibraryCom::Loaded VendorLibraryCom::load(const std::string& location)
         return {nullptr, "cannot load " + location + ": " + library->errorString().toStdString()};
 
     std::string missing;
-    const auto open = resolve<OpenFunction>(*library, "fnMarluneComOpen", missing);
-    const auto close = resolve<CloseFunction>(*library, "fnMarluneComClose", missing);
-    const auto sendRecv = resolve<SendRecvFunction>(*library, "fnMarluneComSendRecv", missing);
+    const auto open = Resolve<OpenFunction>(*library, "fnMarluneComOpen", missing);
+    const auto close = Resolve<CloseFunction>(*library, "fnMarluneComClose", missing);
+    const auto sendRecv = Resolve<SendRecvFunction>(*library, "fnMarluneComSendRecv", missing);
     if (!missing.empty()) {
         const auto file = library->fileName().toStdString();
         library->unload();

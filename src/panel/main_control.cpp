@@ -18,7 +18,7 @@ std::string Axis(const char* prefix, int axis)
 
 } // namespace
 
-MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
+MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramViewer& programViewer)
     : forms::Form("MainControl", "Main Marlune Control"), HSPD(add<forms::TextBox>("HSPD", "0")),
       LSPD(add<forms::TextBox>("LSPD", "0")), ACCEL(add<forms::TextBox>("ACCEL", "0")),
       HomingModeNormal(add<forms::OptionButton>("HomingModeNormal", "HomingMode", "Home Sw", true)),
@@ -36,7 +36,7 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI)
       ViewProg(add<forms::Button>("ViewProg", "View")), MEClear(add<forms::Button>("MEClear", "MClear")),
       AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")), ManualCmd(add<forms::TextBox>("ManualCmd")),
       ReplyBox(add<forms::TextBox>("ReplyBox")), Close(add<forms::Button>("Close", "Close")),
-      Timer1(add<forms::Timer>("Timer1", 500)), newPos_(newPos), monitorAI_(monitorAI)
+      Timer1(add<forms::Timer>("Timer1", 500)), newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
 {
     add<forms::Frame>("MotorStatusFrame", "Motor Status");
     add<forms::Frame>("ProgramStatusFrame", "Program Status");

@@ -6,6 +6,10 @@
 
 #include "forms/form.h"
 
+namespace marlune::tools {
+class ProgramViewer;
+}
+
 namespace marlune::panel {
 
 class NewPos;
@@ -31,7 +35,7 @@ public:
     using Axes = std::array<forms::TextBox*, 4>;
     using AxisPictures = std::array<forms::Picture*, 4>;
 
-    MainControl(NewPos& newPos, MonitorAI& monitorAI);
+    MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramViewer& programViewer);
 
     // Motor status, one row per axis X, Y, Z, U.
     Axes Pos, Enc, Spd, Stat;
@@ -115,6 +119,7 @@ private:
     void stopButton();
     void programCommand(const std::string& word);
     void showErrorMessage();
+    void viewProgram();
     void digitalPointClicked(int point);
     void outputLampUsed(forms::Picture& lamp, const std::string& name);
     void analogInputsClicked();
@@ -128,6 +133,7 @@ private:
 
     NewPos& newPos_;
     MonitorAI& monitorAI_;
+    tools::ProgramViewer& programViewer_;
 };
 
 } // namespace marlune::panel

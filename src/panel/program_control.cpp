@@ -2,6 +2,7 @@
 
 #include "forms/platform.h"
 #include "link/command_exchange.h"
+#include "tools/program_viewer.h"
 
 namespace marlune::panel {
 
@@ -13,6 +14,7 @@ void MainControl::connectPrograms()
     ContProg.onClick = [this] { programCommand("CONTINUE"); };
     PEClear.onClick = [this] { programCommand("PECLEAR"); };
     GetErrMsg.onClick = [this] { showErrorMessage(); };
+    ViewProg.onClick = [this] { viewProgram(); };
 }
 
 std::string MainControl::getSelectedProgram() const
@@ -44,6 +46,23 @@ void MainControl::showErrorMessage()
     std::string reply;
     link::SendCommand(command, reply);
     forms::MsgBox(reply, forms::MessageButtons::OK, forms::MessageIcon::None, "Program Error Message");
+}
+
+// The viewer uses the panel's link, so the poll stands still until it has closed.
+void MainControl::viewProgram()
+{
+    pollSuspended = true;
+    const std::string selected = SelProgAll.value() ? std::string() : getSelectedProgram();
+    if (selected.empty()) {
+        forms::MsgBox("Select program first!");
+        pollSuspended = false;
+        return;
+    }
+    std::int16_t number = static_cast<std::int16_t>(selected[0] - '0');
+    programViewer_.myProgNumber = number;
+    programViewer_.uploadProg(number);
+    forms::ShowModal(programViewer_, this);
+    pollSuspended = false;
 }
 
 } // namespace marlune::panel

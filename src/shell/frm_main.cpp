@@ -7,6 +7,7 @@
 #include "shell/menu_table.h"
 #include "shell/program.h"
 #include "tools/terminal.h"
+#include "transfer/memory_operations.h"
 
 namespace marlune::shell {
 
@@ -43,6 +44,13 @@ void FrmMain::connectMenus()
     menuItem("mnuFileExit")->onClick = [this] { unload(); };
     menuItem("mnuToolsmnuControl")->onClick = [this] { forms::ShowModal(program_.mainControl(), this); };
     menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
+    menuItem("Store")->onClick = [] { transfer::Store(); };
+    menuItem("Load")->onClick = [] { transfer::Load(); };
+    menuItem("StoreToFile")->onClick = [this] { transfer::StoreToFile(program_.status()); };
+    menuItem("LoadFromFile")->onClick = [this] { transfer::LoadFromFile(program_.status()); };
+    menuItem("mnuToolsCompareMemory")->onClick = [this] {
+        transfer::CompareMemoryWithFile(program_.status(), program_.compareMemory());
+    };
     menuItem("mnuWindowCascade")->onClick = [] { forms::CurrentPlatform().arrange(forms::Arrangement::Cascade); };
     menuItem("mnuWindowArrangeIcons")->onClick = [] {
         forms::CurrentPlatform().arrange(forms::Arrangement::ArrangeIcons);

@@ -23,7 +23,7 @@ struct ToolPlace {
 };
 
 // clang-format off
-inline constexpr std::array<MenuEntry, 40> kMenuTable = {{
+inline constexpr std::array<MenuEntry, 41> kMenuTable = {{
     {"mnuFile", "", "&File", ""},
     {"UploadProject", "mnuFile", "Upload Project", ""},
     {"NewProject", "mnuFile", "New Project", ""},
@@ -54,6 +54,7 @@ inline constexpr std::array<MenuEntry, 40> kMenuTable = {{
     {"ToolSeparate1", "mnuTools", "-", ""},
     {"StoreToFile", "mnuTools", "Store from Memory to File", ""},
     {"LoadFromFile", "mnuTools", "Load from File to Memory", ""},
+    {"mnuToolsCompareMemory", "mnuTools", "Compare Memory with File...", ""},
     {"mnuWindow", "", "&Window", ""},
     {"mnuWindowCascade", "mnuWindow", "&Cascade", ""},
     {"mnuWindowTileHorizontal", "mnuWindow", "Tile &Horizontal", ""},

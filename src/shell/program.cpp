@@ -7,7 +7,10 @@
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
 #include "shell/frm_main.h"
+#include "tools/program_viewer.h"
 #include "tools/terminal.h"
+#include "transfer/compare_memory.h"
+#include "transfer/status.h"
 
 namespace marlune::shell {
 
@@ -43,9 +46,24 @@ panel::MainControl& Program::mainControl()
     if (!mainControl_) {
         newPos_ = std::make_unique<panel::NewPos>();
         monitorAI_ = std::make_unique<panel::MonitorAI>();
-        mainControl_ = std::make_unique<panel::MainControl>(*newPos_, *monitorAI_);
+        programViewer_ = std::make_unique<tools::ProgramViewer>(status());
+        mainControl_ = std::make_unique<panel::MainControl>(*newPos_, *monitorAI_, *programViewer_);
     }
     return *mainControl_;
+}
+
+transfer::Status& Program::status()
+{
+    if (!status_)
+        status_ = std::make_unique<transfer::Status>();
+    return *status_;
+}
+
+transfer::CompareMemory& Program::compareMemory()
+{
+    if (!compareMemory_)
+        compareMemory_ = std::make_unique<transfer::CompareMemory>();
+    return *compareMemory_;
 }
 
 forms::Form* Program::findForm(std::string_view name)
@@ -60,6 +78,12 @@ forms::Form* Program::findForm(std::string_view name)
         return newPos_.get();
     if (name == "MonitorAI")
         return monitorAI_.get();
+    if (name == "Status")
+        return status_.get();
+    if (name == "ProgramViewer")
+        return programViewer_.get();
+    if (name == "frmCompareMemory")
+        return compareMemory_.get();
     return nullptr;
 }
 

@@ -8,7 +8,12 @@ class Form;
 }
 namespace marlune::tools {
 class Terminal;
-}
+class ProgramViewer;
+} // namespace marlune::tools
+namespace marlune::transfer {
+class Status;
+class CompareMemory;
+} // namespace marlune::transfer
 namespace marlune::panel {
 class MainControl;
 class NewPos;
@@ -35,6 +40,8 @@ public:
     FrmMain& frame();
     tools::Terminal& terminal();
     panel::MainControl& mainControl();
+    transfer::Status& status();
+    transfer::CompareMemory& compareMemory();
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // later "frmProjectProgram[2]"); nothing when there is none.
@@ -43,6 +50,9 @@ public:
 private:
     std::unique_ptr<FrmMain> frame_;
     std::unique_ptr<tools::Terminal> terminal_;
+    std::unique_ptr<transfer::Status> status_;
+    std::unique_ptr<transfer::CompareMemory> compareMemory_;
+    std::unique_ptr<tools::ProgramViewer> programViewer_;
     std::unique_ptr<panel::NewPos> newPos_;
     std::unique_ptr<panel::MonitorAI> monitorAI_;
     std::unique_ptr<panel::MainControl> mainControl_;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 #include "forms/form.h"
@@ -7,92 +8,101 @@
 namespace marlune::forms {
 namespace {
 
-// A form whose controls count their events; nothing here needs a platform.
-class Sample final : public Form {
+using Log = std::vector<std::string>;
+
+// A form that is its own view: it logs the events of its controls and the controls its view is
+// told of. Nothing here needs a platform.
+class Sample final : public Form, public FormView {
 public:
     Sample() : Form("Sample", "Sample form")
     {
-        box.onClick = [this] { events.push_back("box"); };
-        a.onClick = [this] { events.push_back("a"); };
-        b.onClick = [this] { events.push_back("b"); };
-        text.onChange = [this] { events.push_back("change"); };
-        text.onKeyPress = [this](int& ascii) {
-            if (ascii == 'x')
-                ascii = 0;
-        };
+        setView(this);
+        box.onClick = [this] { events.push_back("box " + std::to_string(box.value())); };
+        for (OptionButton* option : {&a, &b, &other})
+            option->onClick = [this, option] { events.push_back(option->name()); };
+        text.onChange = [this] { events.push_back(text.text()); };
+        text.onKeyPress = [](int& ascii) { ascii = ascii == 'x' ? 0 : ascii; };
+        list.onClick = [this] { events.push_back("list " + std::to_string(list.listIndex())); };
     }
+    void controlChanged(Control& c) override { views.push_back(c.name() + "=" + c.property("value").value_or("")); }
+    void captionChanged(Form&) override {}
+    void focusRequested(Control&) override {}
+
     CheckBox& box = add<CheckBox>("box", "Box");
     OptionButton& a = add<OptionButton>("a", "group", "A", true);
     OptionButton& b = add<OptionButton>("b", "group", "B");
     OptionButton& other = add<OptionButton>("other", "elsewhere", "Other", true);
     TextBox& text = add<TextBox>("text", "start");
-    std::vector<std::string> events;
+    ProgressBar& bar = add<ProgressBar>("bar", 10, 20);
+    ListBox& list = add<ListBox>("list");
+    Log events;
+    Log views;
 };
 
-TEST(Controls, CheckBoxRaisesClickOnlyWhenItsValueChanges)
+TEST(Controls, ClickFollowsARealChangeOfValueAndOptionsAreExclusiveInTheirGroup)
 {
     Sample f;
-    f.box.setValue(1);
-    f.box.setValue(1);
+    for (int value : {1, 1, 0, 0})
+        f.box.setValue(value);
     f.box.operatorClick();
-    EXPECT_EQ(f.box.value(), 0);
-    EXPECT_EQ(f.events, (std::vector<std::string>{"box", "box"}));
-}
-
-TEST(Controls, OptionButtonsAreExclusiveWithinTheirGroupAndRaiseClick)
-{
-    Sample f;
-    f.b.setValue(true);
-    EXPECT_TRUE(f.b.value());
-    EXPECT_FALSE(f.a.value());
-    EXPECT_TRUE(f.other.value()) << "another group is not touched";
+    f.box.operatorClick();
     f.b.operatorClick();
-    EXPECT_EQ(f.events, (std::vector<std::string>{"b"})) << "selecting the selected button raises nothing";
+    f.b.setValue(true);
+    f.a.setValue(true);
+    f.a.setValue(false);
+    EXPECT_FALSE(f.a.value() || f.b.value()) << "clearing a button selects no other";
+    EXPECT_TRUE(f.other.value()) << "another group is not touched";
+    f.list.addItem("X");
+    f.list.addItem("Y");
+    for (int index : {1, 1, 2, -1, 0})
+        f.list.setListIndex(index);
+    EXPECT_EQ(f.list.property("text"), "X");
+    f.list.clear();
+    EXPECT_EQ(f.list.property("value").value() + f.list.property("text").value(), "-1") << "clearing raises no Click";
+    EXPECT_EQ(f.events, (Log{"box 1", "box 0", "box 1", "box 0", "b", "a", "list 1", "list -1", "list 0"}));
 }
 
-TEST(Controls, TextChangeAndTyping)
+// The selection of "start" set first, then the keys typed ("\r", "\t" and "\b" are Enter, Tab and
+// Backspace; KeyPress swallows 'x'): the selection as set, then the text at every Change.
+std::string Typed(bool multiLine, bool locked, int selStart, int selLength, const char* keys)
 {
     Sample f;
-    f.text.setText("start");
-    EXPECT_TRUE(f.events.empty());
-    f.text.setSelStart(2);
-    f.text.setSelLength(2);
-    f.text.operatorType("Ax"); // x is swallowed by KeyPress
-    EXPECT_EQ(f.text.text(), "stAt");
-    EXPECT_EQ(f.text.selStart(), 3);
+    f.text.multiLine = multiLine;
+    f.text.locked = locked;
+    f.text.setSelStart(selStart);
+    f.text.setSelLength(selLength);
+    std::string seen = *f.text.property("selstart") + "," + *f.text.property("sellength") + " " + f.text.selText();
+    f.text.operatorType(keys);
+    for (const std::string& text : f.events)
+        seen += "|" + text;
+    return seen;
+}
+
+TEST(Controls, TypingReplacesTheSelectionAndRaisesChangeForEveryRealChange)
+{
+    EXPECT_EQ(Typed(false, false, 2, 2, "Ax\b"), "2,2 ar|stAt|stt");
+    EXPECT_EQ(Typed(false, false, 99, 0, "\r\t!"), "5,0 |start!");
+    EXPECT_EQ(Typed(true, false, 1, 99, "\r\t"), "1,4 tart|s\r\n|s\r\n\t");
+    EXPECT_EQ(Typed(true, true, 0, 0, "ab\b"), "0,0 ");
+    // A whole text or a single key from the operator follows the same rules.
+    Sample f;
+    f.text.operatorSetText("X1");
+    f.text.setText("X1");
     f.text.operatorKey(kKeyBackspace);
-    EXPECT_EQ(f.text.text(), "stt");
-    EXPECT_EQ(f.events, (std::vector<std::string>{"change", "change"}));
-}
-
-TEST(Controls, EnterAndTabEditOnlyMultiLineBoxes)
-{
-    Sample f;
-    f.text.setText("");
-    f.text.operatorKey(kKeyEnter);
-    f.text.operatorKey(kKeyTab);
-    EXPECT_EQ(f.text.text(), "");
-    f.text.multiLine = true;
-    f.text.operatorKey(kKeyEnter);
-    f.text.operatorKey(kKeyTab);
-    EXPECT_EQ(f.text.text(), "\r\n\t");
     f.text.locked = true;
-    f.text.operatorType("abc");
-    EXPECT_EQ(f.text.text(), "\r\n\t");
+    f.text.operatorSetText("");
+    f.text.operatorKey('A');
+    EXPECT_EQ(f.events, (Log{"X1", "X"}));
+    EXPECT_EQ(f.text.property("picture"), std::nullopt);
 }
 
-TEST(Controls, SelectionIsClampedToTheText)
+TEST(Controls, AProgressBarStartsAtItsMinimumAndStaysWithinItsRange)
 {
     Sample f;
-    f.text.setSelStart(99);
-    EXPECT_EQ(f.text.selStart(), 5);
-    f.text.setSelStart(1);
-    f.text.setSelLength(99);
-    EXPECT_EQ(f.text.selLength(), 4);
-    EXPECT_EQ(f.text.selText(), "tart");
-    EXPECT_EQ(f.text.property("selstart"), "1");
-    EXPECT_EQ(f.text.property("sellength"), "4");
-    EXPECT_EQ(f.text.property("picture"), std::nullopt);
+    EXPECT_EQ(f.bar.value(), 10);
+    for (int value : {15, 15, 99, -3})
+        f.bar.setValue(value);
+    EXPECT_EQ(f.views, (Log{"bar=15", "bar=20", "bar=10"})) << "the view hears of real changes only";
 }
 
 } // namespace

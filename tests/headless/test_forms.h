@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "forms/control.h"
 #include "forms/form.h"
 #include "forms/platform.h"
 #include "headless/headless_platform.h"
@@ -20,16 +19,12 @@ public:
     explicit TestForm(const std::string& name) : forms::Form(name, name) {}
     using forms::Form::add;
 
-    std::function<void()> onLoad;
-    std::function<bool()> onUnload;
+    std::function<void()> onLoad = [] {};
+    std::function<bool()> onUnload = [] { return true; };
 
 protected:
-    void formLoad() override
-    {
-        if (onLoad)
-            onLoad();
-    }
-    bool formUnload() override { return onUnload ? onUnload() : true; }
+    void formLoad() override { onLoad(); }
+    bool formUnload() override { return onUnload(); }
 };
 
 // Plays the steps of a test inside every modal showing, one after the other, until the

@@ -13,13 +13,12 @@ std::int32_t Walk(std::int32_t a, std::int32_t b, bool isAnd)
     std::int64_t ra = a;
     std::int64_t rb = b;
     std::int32_t result = 0;
-    for (int i = 23; i >= 0; --i) {
-        const std::int64_t p = std::int64_t{1} << i;
-        const std::int64_t da = ra / p;
-        ra -= da * p;
-        const std::int64_t db = rb / p;
-        rb -= db * p;
-        if (isAnd ? (da == 1 && db == 1) : (da == 1 || db == 1))
+    for (std::int64_t p = 1 << 23; p >= 1; p /= 2) {
+        const bool bitA = ra / p == 1;
+        const bool bitB = rb / p == 1;
+        ra %= p;
+        rb %= p;
+        if (isAnd ? bitA && bitB : bitA || bitB)
             result += static_cast<std::int32_t>(p);
     }
     return result;
@@ -40,31 +39,17 @@ INSTANTIATE_TEST_SUITE_P(
                                              0xFFFC03F, -1, -3, -16777216, 2147483647, -2147483647 - 1),
                            ::testing::Values(0, 1, 255, 8388608, 16777215, 16777216, 268419135, -1, 2147483647)));
 
-TEST(BitArithmetic, DocumentedExamples)
+TEST(BitArithmetic, ShiftsSaturateToTheLeftAndCutTowardsZeroToTheRight)
 {
-    EXPECT_EQ(BitAnd(255, 15), 15);
-    EXPECT_EQ(BitOr(8, 1), 9);
-    EXPECT_EQ(BitAnd(8388609, 268419135), 1);
-    EXPECT_EQ(BitAnd(-1, 255), 0);
-    EXPECT_EQ(BitOr(-1, 255), 255);
-    EXPECT_EQ(BitAnd(16777215, 16777215), 16777215);
-    EXPECT_EQ(BitAnd(16777216, 16777216), 0);
-    EXPECT_EQ(BitOr(16777216, 1), 1);
-    EXPECT_EQ(BitAnd(8388608, 8388608), 8388608);
-    EXPECT_EQ(BitAnd(25165824, 8388608), 0);
-}
-
-TEST(BitArithmetic, ShiftsCutTowardsZero)
-{
-    EXPECT_EQ(ShiftLeft(1, 23), 8388608);
-    EXPECT_EQ(ShiftRight(8388608, 23), 1);
-    EXPECT_EQ(ShiftRight(-1, 1), 0);
-    EXPECT_EQ(ShiftRight(-3, 1), -1);
-    EXPECT_EQ(ShiftLeft(-3, 2), -12);
-    EXPECT_EQ(ShiftLeft(7, 0), 7);
-    EXPECT_EQ(ShiftLeft(1, 31), 2147483647) << "beyond 32 bits the result saturates";
-    EXPECT_EQ(ShiftLeft(-1, 40), -2147483647 - 1);
-    EXPECT_EQ(ShiftRight(2147483647, 31), 0);
+    const std::int32_t max = 2147483647;
+    const std::int32_t table[][4] = {// value, count, ShiftLeft, ShiftRight
+                                     {1, 23, 8388608, 0}, {8388608, 23, max, 1}, {-1, 1, -2, 0},  {-3, 1, -6, -1},
+                                     {-3, 2, -12, 0},     {7, 0, 7, 7},          {1, 31, max, 0}, {-1, 40, -max - 1, 0},
+                                     {max, 31, max, 0},   {5, -2, 5, 5},         {0, 70, 0, 0},   {3, 70, max, 0}};
+    for (const auto& [value, count, left, right] : table) {
+        EXPECT_EQ(ShiftLeft(value, count), left) << value << " << " << count;
+        EXPECT_EQ(ShiftRight(value, count), right) << value << " >> " << count;
+    }
 }
 
 } // namespace

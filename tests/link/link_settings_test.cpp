@@ -1,6 +1,8 @@
 #include "headless_fixture.h"
 
 #include <filesystem>
+#include <optional>
+#include <tuple>
 
 #include "forms/files.h"
 #include "link/link_settings.h"
@@ -11,51 +13,44 @@ namespace marlune::link {
 using testing::HeadlessFixture;
 namespace {
 
-void Load()
-{
-    ControllerLink& l = Link();
-    LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort);
-}
-
-TEST_F(HeadlessFixture, WithoutAFileTheDefaultsHoldAndNoFileIsMade)
-{
-    Link().linkKind = 0;
-    Load();
-    EXPECT_EQ(Link().linkKind, 1);
-    EXPECT_EQ(Link().linkAddress, "");
-    EXPECT_EQ(Link().comPort, "COM1");
-    EXPECT_EQ(Link().ipAddress, "192.168.1.250");
-    EXPECT_FALSE(forms::FileExists(kLinkSettingsFile));
-}
-
 struct SettingsFile {
-    std::string bytes;
+    std::optional<std::string> bytes; // nullopt: no file
     std::int16_t kind;
+    std::string ipAddress;
+    std::string comPort;
     std::string linkAddress;
 };
 
 class SettingsFiles : public HeadlessFixture, public ::testing::WithParamInterface<SettingsFile> {};
 
-TEST_P(SettingsFiles, KindAndDerivedAddress)
+TEST_P(SettingsFiles, FillTheFieldsAndDeriveTheAddress)
 {
-    ASSERT_EQ(forms::WriteFileAtomically(kLinkSettingsFile, GetParam().bytes), "");
-    Link().linkKind = 0;
-    Load();
-    EXPECT_EQ(Link().linkKind, GetParam().kind);
-    EXPECT_EQ(Link().linkAddress, GetParam().linkAddress);
+    const SettingsFile& file = GetParam();
+    ASSERT_EQ(file.bytes ? forms::WriteFileAtomically(kLinkSettingsFile, *file.bytes) : "", "");
+    ControllerLink& l = Link() = ControllerLink{0, "old ip", "old port", "", false, 0};
+    EXPECT_TRUE(LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort));
+    EXPECT_EQ(l.linkKind, file.kind);
+    EXPECT_EQ(l.ipAddress, file.ipAddress);
+    EXPECT_EQ(l.comPort, file.comPort);
+    EXPECT_EQ(l.linkAddress, file.linkAddress);
+    EXPECT_EQ(forms::FileExists(kLinkSettingsFile), file.bytes.has_value()) << "reading makes no file";
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, SettingsFiles,
-                         ::testing::Values(SettingsFile{" 2 \r\n127.0.0.1\r\nCOM4\r\n", 2, "127.0.0.1"},
-                                           SettingsFile{"2\r\n127.0.0.1:5001\r\nCOM4\r\n", 2, "127.0.0.1:5001"},
-                                           SettingsFile{" 3 \r\n127.0.0.1\r\nCOM4\r\n", 3, "COM4"},
-                                           SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "COM9"},
-                                           SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, ""},
-                                           // A first line that is no number leaves the kind as it was: 0 at start.
-                                           SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "COM2"},
-                                           SettingsFile{"", 0, ""}));
+// Lines end at CR LF, CR or LF, and the last one may have no end at all. A first line that is
+// no number leaves the kind as it was (0 here); a missing line leaves its field alone.
+INSTANTIATE_TEST_SUITE_P(
+        Files, SettingsFiles,
+        ::testing::Values(SettingsFile{std::nullopt, 1, "192.168.1.250", "COM1", ""},
+                          SettingsFile{" 2 \r\n127.0.0.1\r\nCOM4\r\n", 2, "127.0.0.1", "COM4", "127.0.0.1"},
+                          SettingsFile{"2\n127.0.0.1:5001\nCOM4\n", 2, "127.0.0.1:5001", "COM4", "127.0.0.1:5001"},
+                          SettingsFile{" 3 \r127.0.0.1\rCOM4", 3, "127.0.0.1", "COM4", "COM4"},
+                          SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "127.0.0.1", "COM9", "COM9"},
+                          SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, "127.0.0.1", "COM9", ""},
+                          SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "127.0.0.1", "COM2", "COM2"},
+                          SettingsFile{" 2 \r\n10.0.0.2", 2, "10.0.0.2", "old port", "10.0.0.2"},
+                          SettingsFile{"", 0, "old ip", "old port", "old port"}));
 
-TEST_F(HeadlessFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
+TEST_F(HeadlessFixture, SavedSettingsAreThreeLinesWithTheKindBetweenBlanks)
 {
     std::int16_t kind = 3;
     std::string ip = "127.0.0.1";
@@ -63,69 +58,55 @@ TEST_F(HeadlessFixture, SavedFileHasThreeLinesWithTheKindBetweenBlanks)
     EXPECT_TRUE(SaveLinkSettings(kind, ip, port));
     EXPECT_EQ(forms::ReadFileBytes(kLinkSettingsFile), std::optional<std::string>(" 3 \r\n127.0.0.1\r\nCOM3\r\n"));
     EXPECT_EQ(Link().linkAddress, "") << "saving derives nothing";
-    Load();
-    EXPECT_EQ(Link().linkKind, 3);
-    EXPECT_EQ(Link().linkAddress, "COM3");
-}
-
-TEST_F(HeadlessFixture, ASettingsFileThatCannotBeWrittenIsReportedAndNothingIsLost)
-{
+    std::filesystem::remove(kLinkSettingsFile);
     std::filesystem::create_directory(kLinkSettingsFile); // a folder in the file's place
-    std::int16_t kind = 2;
-    std::string ip = "127.0.0.1";
-    std::string port = "COM1";
     EXPECT_FALSE(SaveLinkSettings(kind, ip, port));
     ASSERT_EQ(messages().size(), 1u);
     EXPECT_NE(messages()[0].find("marlunecom.ini"), std::string::npos) << messages()[0];
-    EXPECT_EQ(kind, 2);
-    EXPECT_EQ(ip, "127.0.0.1");
+    EXPECT_TRUE(kind == 3 && ip == "127.0.0.1" && port == "COM3") << "the settings stay in memory";
 }
 
-TEST_F(HeadlessFixture, EthernetMakesExactlyOneMoreAttempt)
-{
-    Link().linkKind = 2;
-    Link().ipAddress = "127.0.0.1";
-    controller.queueOpenResults({0, 5});
-    EXPECT_TRUE(OpenLink());
-    EXPECT_EQ(Link().linkHandle, 5);
-    controller.queueOpenResults({5});
-    EXPECT_TRUE(OpenLink());
-    controller.queueOpenResults({-1, 0});
-    EXPECT_FALSE(OpenLink());
-    EXPECT_EQ(Link().linkHandle, 0);
-    controller.queueOpenResults({0});
-    EXPECT_FALSE(OpenLink(false));
-    int opens = 0;
-    for (const headless::ComCall& call : controller.calls()) {
-        if (call.operation == headless::ComCall::Operation::Open) {
-            ++opens;
-            EXPECT_EQ(call.kind, 2);
-            EXPECT_EQ(call.mode, 0);
-            EXPECT_EQ(call.bytes, "127.0.0.1");
-        }
-    }
-    EXPECT_EQ(opens, 2 + 1 + 2 + 1);
-}
+struct Opening {
+    std::int16_t kind;
+    std::vector<std::int32_t> results; // of the opens that are made, in turn
+    bool secondEthernetAttempt;
+    bool opened;
+    std::int32_t mode;
+    const char* address;
+};
 
-TEST_F(HeadlessFixture, EachKindOpensWithItsAddressAndModeAndOthersMakeNoCall)
+class Openings : public HeadlessFixture, public ::testing::WithParamInterface<Opening> {};
+
+TEST_P(Openings, EachKindOpensWithItsAddressAndEthernetTriesOnceMore)
 {
-    Link().linkAddress = "usb-address";
-    Link().comPort = "COM3";
-    Link().ipAddress = "127.0.0.1";
-    for (std::int16_t kind : {1, 3, 7}) {
-        Link().linkKind = kind;
-        OpenLink();
-        CloseLink();
-    }
+    const Opening& o = GetParam();
+    Link() = ControllerLink{o.kind, "127.0.0.1", "COM3", "usb-address", false, 0};
+    controller.queueOpenResults(o.results);
+    EXPECT_EQ(OpenLink(o.secondEthernetAttempt), o.opened);
+    CloseLink();
+
     const auto& calls = controller.calls();
-    ASSERT_EQ(calls.size(), 4u);
-    EXPECT_EQ(calls[0].mode, 1);
-    EXPECT_EQ(calls[0].bytes, "usb-address");
-    EXPECT_EQ(calls[2].kind, 3);
-    EXPECT_EQ(calls[2].mode, 0);
-    EXPECT_EQ(calls[2].bytes, "COM3");
-    EXPECT_EQ(calls[3].operation, headless::ComCall::Operation::Close);
+    const bool known = o.kind >= 1 && o.kind <= 3;
+    ASSERT_EQ(calls.size(), o.results.size() + (known ? 1 : 0));
+    for (std::size_t i = 0; i < o.results.size(); ++i)
+        EXPECT_EQ(std::tie(calls[i].operation, calls[i].kind, calls[i].mode, calls[i].bytes),
+                  std::make_tuple(headless::ComCall::Operation::Open, std::int32_t{o.kind}, o.mode,
+                                  std::string(o.address)));
+    if (known) {
+        EXPECT_EQ(calls.back().operation, headless::ComCall::Operation::Close);
+        EXPECT_EQ(calls.back().handle, o.results.back());
+        EXPECT_EQ(Link().linkHandle, o.results.back());
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Openings,
+                         ::testing::Values(Opening{2, {0, 5}, true, true, 0, "127.0.0.1"},
+                                           Opening{2, {5}, true, true, 0, "127.0.0.1"},
+                                           Opening{2, {-1, 0}, true, false, 0, "127.0.0.1"},
+                                           Opening{2, {-3}, false, false, 0, "127.0.0.1"},
+                                           Opening{1, {-2}, true, false, 1, "usb-address"},
+                                           Opening{3, {-1}, true, false, 0, "COM3"},
+                                           Opening{7, {}, true, false, 0, ""}));
 
 } // namespace
 } // namespace marlune::link

@@ -1,4 +1,3 @@
-#include "link/marlune_com.h"
 #include "marlunecom/com_factory.h"
 #include "marlunecom/kind_router_com.h"
 #include "marlunecom/serial_com.h"
@@ -6,103 +5,112 @@
 #include "marlunecom/tcp_com.h"
 #include "marlunecom/vendor_library_com.h"
 #include "reply_buffer.h"
-#include "scripted_peer.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <string>
+#include <tuple>
+#include <vector>
 
 namespace marlune::marlunecom {
 namespace {
 
 using namespace std::chrono_literals;
 
-class ComFactoryTest : public ::testing::Test {
-protected:
-    void SetUp() override { ::unsetenv(kVendorLibraryVariable); }
-    void TearDown() override { ::unsetenv(kVendorLibraryVariable); }
+ComOptions Options(std::optional<std::string> library, std::int64_t& clock)
+{
+    return ComOptions{[&clock] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}};
+}
 
-    ComOptions options(std::optional<std::string> library)
-    {
-        return ComOptions{[this] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}};
-    }
-
-    std::int64_t clock = 0;
-    testing::ReplyBuffer reply;
+struct LibraryCase {
+    std::optional<std::string> library; // as the options name it
+    const char* variable;               // MARLUNE_COM_LIBRARY; nullptr: unset
+    ComSource source;
+    std::string told;         // in the description
+    std::string notTold = ""; // not in it
 };
 
-TEST_F(ComFactoryTest, WithoutTheMakersLibraryEachKindHasItsBuiltInLink)
+class LibraryChoiceTest : public ::testing::TestWithParam<LibraryCase> {};
+
+// The maker's library when it loads with its three functions, otherwise the built-in links by
+// kind (1 simulated controller on the clock given, 2 TCP, 3 serial port) and why.
+TEST_P(LibraryChoiceTest, TakesTheMakersLibraryOrSaysWhyNot)
 {
-    const auto choice = ChooseMarluneCom(options("/nonexistent/libMarluneCom.so"));
-    ASSERT_EQ(choice.source, ComSource::BuiltIn);
-    EXPECT_NE(choice.description.find("/nonexistent/libMarluneCom.so"), std::string::npos) << choice.description;
-
-    const auto* router = dynamic_cast<const KindRouterCom*>(choice.com.get());
-    ASSERT_NE(router, nullptr);
-    EXPECT_NE(dynamic_cast<SimulatorCom*>(router->route(1)), nullptr);
-    EXPECT_NE(dynamic_cast<TcpCom*>(router->route(2)), nullptr);
-    EXPECT_NE(dynamic_cast<SerialCom*>(router->route(3)), nullptr);
-    EXPECT_EQ(router->route(4), nullptr);
-}
-
-TEST_F(ComFactoryTest, TheBuiltInLinksWorkByKind)
-{
-    auto com = CreateMarluneCom(options("/nonexistent/libMarluneCom.so"));
-    clock = 7'000'000;
-
-    const auto usb = testing::OpenLink(*com, 1, 1, "");
-    ASSERT_GT(usb, 0);
-    ASSERT_NE(com->sendRecv(1, usb, "???\r", reply.fresh()), 0);
-    EXPECT_TRUE(reply.terminated());
-    auto* simulator = dynamic_cast<SimulatorCom*>(dynamic_cast<KindRouterCom&>(*com).route(1));
-    EXPECT_EQ(simulator->controller().now(), 7'000'000) << "the simulator runs on the clock given";
-
-    testing::TcpPeer peer([](const std::string&) { return testing::PeerReply{{"tcp\x04"}}; });
-    const auto ethernet = testing::OpenLink(*com, 2, 0, peer.address());
-    ASSERT_GT(ethernet, 0);
-    ASSERT_NE(com->sendRecv(2, ethernet, "???\r", reply.fresh()), 0);
-    EXPECT_EQ(reply.text(), "tcp");
-
-    EXPECT_LE(testing::OpenLink(*com, 3, 0, "/nonexistent/ttyACM0"), 0);
-    EXPECT_LE(testing::OpenLink(*com, 7, 0, "COM1"), 0);
-}
-
-TEST_F(ComFactoryTest, TheMakersLibraryServesEveryKind)
-{
-    const auto choice = ChooseMarluneCom(options(FAKE_VENDOR_LIBRARY));
-    ASSERT_EQ(choice.source, ComSource::VendorLibrary) << choice.description;
-    EXPECT_NE(choice.description.find("fake_vendor"), std::string::npos) << choice.description;
-
-    for (std::int32_t kind : {1, 2, 3}) {
-        const auto handle = testing::OpenLink(*choice.com, kind, 0, "x");
-        EXPECT_EQ(handle / 100, kind);
-        ASSERT_EQ(choice.com->sendRecv(kind, handle, "V1\r", reply.fresh()), 1);
-        EXPECT_EQ(reply.text(), "V1 kind " + std::to_string(kind) + " handle " + std::to_string(handle));
+    const LibraryCase& c = GetParam();
+    c.variable != nullptr ? ::setenv(kVendorLibraryVariable, c.variable, 1) : ::unsetenv(kVendorLibraryVariable);
+    if (c.source == ComSource::BuiltIn && c.told == kVendorLibraryName && VendorLibraryCom::load(c.told).com)
+        GTEST_SKIP() << kVendorLibraryName << " is installed on this machine";
+    std::int64_t clock = 7'000'000;
+    const auto choice = ChooseMarluneCom(Options(c.library, clock));
+    ::unsetenv(kVendorLibraryVariable);
+    ASSERT_EQ(choice.source, c.source);
+    EXPECT_NE(choice.description.find(c.told), std::string::npos) << choice.description;
+    EXPECT_TRUE(c.notTold.empty() || choice.description.find(c.notTold) == std::string::npos) << choice.description;
+    if (c.source == ComSource::BuiltIn) {
+        auto& router = dynamic_cast<KindRouterCom&>(*choice.com);
+        EXPECT_NE(dynamic_cast<TcpCom*>(router.route(2)), nullptr);
+        EXPECT_NE(dynamic_cast<SerialCom*>(router.route(3)), nullptr);
+        auto& simulator = dynamic_cast<SimulatorCom&>(*router.route(1));
+        testing::ReplyBuffer reply;
+        EXPECT_NE(simulator.sendRecv(1, testing::OpenLink(simulator, 1, 1, ""), "???\r", reply.fresh()), 0);
+        EXPECT_EQ(simulator.controller().now(), clock) << "the simulator runs on the clock given";
     }
 }
 
-TEST_F(ComFactoryTest, TheEnvironmentVariableFindsTheMakersLibrary)
+INSTANTIATE_TEST_SUITE_P(
+        Libraries, LibraryChoiceTest,
+        ::testing::Values(LibraryCase{FAKE_VENDOR_LIBRARY, nullptr, ComSource::VendorLibrary, "fake_vendor"},
+                          LibraryCase{std::nullopt, FAKE_VENDOR_LIBRARY, ComSource::VendorLibrary, "fake_vendor"},
+                          LibraryCase{FAKE_VENDOR_PARTIAL_LIBRARY, nullptr, ComSource::BuiltIn, "fnMarluneComSendRecv",
+                                      "fnMarluneComOpen"},
+                          LibraryCase{"/nonexistent/libMarluneCom.so", FAKE_VENDOR_LIBRARY, ComSource::BuiltIn,
+                                      "/nonexistent/libMarluneCom.so"},
+                          LibraryCase{std::nullopt, nullptr, ComSource::BuiltIn, kVendorLibraryName},
+                          LibraryCase{std::nullopt, "", ComSource::BuiltIn, kVendorLibraryName}));
+
+// Each call reaches the library with the same arguments, its address text comes back, and it
+// writes into a copy of the request, not into the caller's.
+TEST(VendorLibraryComTest, CallsTheLibrarysThreeFunctionsForEveryKind)
 {
-    ::setenv(kVendorLibraryVariable, FAKE_VENDOR_LIBRARY, 1);
-    EXPECT_EQ(ChooseMarluneCom(options(std::nullopt)).source, ComSource::VendorLibrary);
+    auto loaded = VendorLibraryCom::load(FAKE_VENDOR_LIBRARY);
+    ASSERT_TRUE(loaded.com) << loaded.reason;
+    auto& com = *loaded.com;
+    EXPECT_LE(testing::OpenLink(com, 2, 0, "refuse"), 0);
+    for (std::int32_t kind : {1, 2, 3}) {
+        std::string address;
+        const auto handle = testing::OpenLink(com, kind, kind - 1, "127.0.0.1", &address);
+        EXPECT_EQ(handle / 100, kind);
+        EXPECT_EQ(address, "vendor:" + std::to_string(kind - 1) + ":127.0.0.1");
+        const char frame[] = "???\r";
+        testing::ReplyBuffer reply;
+        EXPECT_EQ(com.sendRecv(kind, handle, frame, reply.fresh()), 1);
+        EXPECT_EQ(reply.text(), "??? kind " + std::to_string(kind) + " handle " + std::to_string(handle));
+        EXPECT_STREQ(frame, "???\r");
+        EXPECT_EQ(com.close(kind, handle), kind + handle);
+    }
 }
 
-TEST_F(ComFactoryTest, ARefusedLibraryLeavesTheBuiltInLinksWithTheReason)
+// Kinds 1 to 3 reach their own implementation; any other fails without reaching one.
+TEST(KindRouterComTest, EachKnownKindReachesItsOwnImplementation)
 {
-    const auto choice = ChooseMarluneCom(options(FAKE_VENDOR_PARTIAL_LIBRARY));
-    EXPECT_EQ(choice.source, ComSource::BuiltIn);
-    EXPECT_NE(choice.description.find("fnMarluneComSendRecv"), std::string::npos) << choice.description;
-}
-
-TEST_F(ComFactoryTest, WithNothingNamedTheLibraryIsLookedForByItsOwnName)
-{
-    if (VendorLibraryCom::load(kVendorLibraryName).com)
-        GTEST_SKIP() << kVendorLibraryName << " is installed on this machine";
-    const auto choice = ChooseMarluneCom(options(std::nullopt));
-    EXPECT_EQ(choice.source, ComSource::BuiltIn);
-    EXPECT_NE(choice.description.find(kVendorLibraryName), std::string::npos) << choice.description;
+    std::vector<std::unique_ptr<SimulatorCom>> coms(3);
+    std::vector<SimulatorCom*> byKind;
+    for (auto& com : coms)
+        byKind.push_back((com = std::make_unique<SimulatorCom>()).get());
+    KindRouterCom router{std::move(coms[0]), std::move(coms[1]), std::move(coms[2])};
+    testing::ReplyBuffer reply;
+    for (const std::int32_t kind : {1, 2, 3, 0, -1, 4, 7, 65537}) {
+        const bool known = kind >= 1 && kind <= 3;
+        const auto handle = testing::OpenLink(router, kind, 0, "");
+        EXPECT_EQ(router.sendRecv(kind, handle, "V1\r", reply.fresh()) != 0, known) << kind;
+        EXPECT_EQ(router.close(kind, handle), known ? 1 : 0) << kind;
+    }
+    for (const SimulatorCom* com : byKind)
+        EXPECT_EQ(std::tie(com->counters().opens, com->counters().exchanges, com->counters().closes),
+                  std::make_tuple(1, 1, 1));
 }
 
 } // namespace

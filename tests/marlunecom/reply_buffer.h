@@ -12,31 +12,25 @@
 namespace marlune::marlunecom::testing {
 
 // A receive buffer as the command exchange offers it: zeroed before each call.
-class ReplyBuffer {
-public:
+struct ReplyBuffer {
     char* fresh()
     {
-        std::fill(bytes_.begin(), bytes_.end(), '\0');
-        return bytes_.data();
+        std::fill(bytes.begin(), bytes.end(), '\0');
+        return bytes.data();
     }
-
     // The reply text: the bytes before the first 0x04 or NUL.
     std::string text() const
     {
-        const auto end =
-                std::find_if(bytes_.begin(), bytes_.end(), [](char c) { return c == kReplyTerminator || c == '\0'; });
-        return {bytes_.begin(), end};
+        return {bytes.begin(), std::find_first_of(bytes.begin(), bytes.end(), kEnds, kEnds + 2)};
     }
+    bool terminated() const { return std::find(bytes.begin(), bytes.end(), kReplyTerminator) != bytes.end(); }
 
-    bool terminated() const { return std::find(bytes_.begin(), bytes_.end(), kReplyTerminator) != bytes_.end(); }
-
-    const std::vector<char>& bytes() const { return bytes_; }
-
-private:
-    std::vector<char> bytes_ = std::vector<char>(link::kReceiveBufferSize);
+    static constexpr char kEnds[] = {kReplyTerminator, '\0'};
+    std::vector<char> bytes = std::vector<char>(link::kReceiveBufferSize);
 };
 
-// Opens a link with an address buffer of the library's size holding `address`.
+// Opens a link with an address buffer of the library's size holding `address`, and hands back
+// what the library left there.
 inline std::int32_t OpenLink(link::MarluneCom& com, std::int32_t kind, std::int32_t mode, std::string_view address,
                              std::string* rewritten = nullptr)
 {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -21,64 +22,38 @@ struct PeerReply {
 // The answer to a command (its bytes before the CR); nullopt stays silent.
 using PeerScript = std::function<std::optional<PeerReply>(const std::string& command)>;
 
-// The commands a peer received, in order; safe to read while it serves.
-class ReceivedCommands {
+// A peer that serves by its script on a thread of its own and keeps the commands it received.
+class ScriptedPeer final {
 public:
-    void add(std::string command);
-    std::vector<std::string> all() const;
+    // On 127.0.0.1, at `port` or one of the system's choice, one connection at a time. Without
+    // script it listens and never accepts: the system makes the connection, nobody answers.
+    static std::unique_ptr<ScriptedPeer> onTcp(PeerScript script, std::uint16_t port = 0);
+    // On the far side of a pseudo-terminal whose near side, a serial device for SerialCom, the
+    // peer keeps open as well, so that the line stays up between the link's opens.
+    static std::unique_ptr<ScriptedPeer> onPty(PeerScript script);
+
+    ~ScriptedPeer();
+    ScriptedPeer(const ScriptedPeer&) = delete;
+    ScriptedPeer& operator=(const ScriptedPeer&) = delete;
+
+    bool ready() const { return !address_.empty(); }
+    const std::string& address() const { return address_; } // "127.0.0.1:port" or the device's path
+    std::vector<std::string> received() const;
 
 private:
-    mutable std::mutex mutex_;
-    std::vector<std::string> commands_;
-};
-
-// A peer on 127.0.0.1, on the port given or else one of the system's choice, that serves one
-// connection at a time by its script on a thread of its own. A peer without script listens
-// and never accepts: the connection is made by the system and nothing ever answers.
-class TcpPeer final {
-public:
-    explicit TcpPeer(PeerScript script = {}, std::uint16_t port = 0);
-    ~TcpPeer();
-    TcpPeer(const TcpPeer&) = delete;
-    TcpPeer& operator=(const TcpPeer&) = delete;
-
-    bool listening() const { return listener_ >= 0; }
-    std::uint16_t port() const { return port_; }
-    std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
-    std::vector<std::string> received() const { return received_.all(); }
-
-private:
-    void run(const PeerScript& script);
-
-    int listener_ = -1;
-    std::uint16_t port_ = 0;
-    std::atomic<bool> stop_{false};
-    ReceivedCommands received_;
-    std::thread thread_;
-};
-
-// A pseudo-terminal pair whose far side is served by a script: the near side is a serial
-// device for SerialCom. The peer keeps the near side open as well, so that the line stays up
-// between the link's opens.
-class PtyPeer final {
-public:
-    explicit PtyPeer(PeerScript script);
-    ~PtyPeer();
-    PtyPeer(const PtyPeer&) = delete;
-    PtyPeer& operator=(const PtyPeer&) = delete;
-
-    bool ready() const { return !devicePath_.empty(); }
-    const std::string& devicePath() const { return devicePath_; }
-    std::vector<std::string> received() const { return received_.all(); }
-
-private:
+    ScriptedPeer() = default;
+    bool waitReadable(int fd);
+    // Serves requests on `fd` until the stream ends, the script hangs up (then true) or the end.
+    bool serve(int fd, const PeerScript& script);
     void closeAll();
 
+    int listener_ = -1;
     int master_ = -1;
     int slave_ = -1;
-    std::string devicePath_;
+    std::string address_;
     std::atomic<bool> stop_{false};
-    ReceivedCommands received_;
+    mutable std::mutex mutex_;
+    std::vector<std::string> received_;
     std::thread thread_;
 };
 

@@ -8,13 +8,14 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <vector>
 
 namespace marlune::marlunecom {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::int64_t kTimeoutMicros = 100'000;
+constexpr std::int64_t kTimeout = 100'000; // microseconds
 
 class SimulatorComTest : public ::testing::Test {
 protected:
@@ -28,8 +29,7 @@ protected:
     // What a controller that saw nothing else says to `command` at power-up.
     static std::string freshReply(std::string_view command)
     {
-        sim::Controller reference;
-        return reference.execute(command).value_or("<no answer>");
+        return sim::Controller().execute(command).value_or("<no answer>");
     }
 
     std::int64_t clock = 0; // a virtual clock that moves only when a test says so
@@ -37,42 +37,69 @@ protected:
     testing::ReplyBuffer reply;
 };
 
-TEST_F(SimulatorComTest, AnExchangeWritesTheControllersReplyWithItsTerminator)
-{
-    const auto handle = open();
-    ASSERT_GT(handle, 0);
+struct Fault {
+    sim::FailureModes modes;
+    std::vector<bool> succeed; // one exchange each
+    std::int64_t now;          // the controller's clock afterwards, the virtual clock frozen at 0
+    const char* frame = "V1\r";
+};
 
-    ASSERT_NE(exchange(handle, "???\r"), 0);
-    const auto expected = freshReply("???");
-    EXPECT_EQ(reply.text(), expected);
-    ASSERT_TRUE(reply.terminated());
-    EXPECT_EQ(reply.bytes()[expected.size() + 1], '\0') << "wrote behind the terminator";
+class SimulatorComFaultTest : public SimulatorComTest, public ::testing::WithParamInterface<Fault> {};
+
+// An exchange that gets no answer costs the time-out even on a frozen clock, so that a loop
+// of tries sees time pass. Afterwards a fresh handle answers at once, and the controller's
+// clock never goes back to the frozen one.
+TEST_P(SimulatorComFaultTest, ShowsInTheExchangesAndTheControllersClock)
+{
+    const Fault& fault = GetParam();
+    const auto handle = open();
+    com.failureModes() = fault.modes;
+    for (const bool succeeds : fault.succeed)
+        EXPECT_EQ(exchange(handle, fault.frame) != 0, succeeds);
+    EXPECT_EQ(com.controller().now(), fault.now);
+    const auto failed = std::count(fault.succeed.begin(), fault.succeed.end(), false);
+    EXPECT_EQ(com.counters().failedExchanges, failed);
+
+    com.failureModes() = {.dropAfterExchanges = com.failureModes().dropAfterExchanges}; // a drop happens once
+    com.close(1, handle);
+    const auto reopened = open();
+    EXPECT_NE(exchange(reopened, "V1\r"), 0);
+    EXPECT_EQ(com.controller().now(), fault.now);
+    clock = fault.now + 5'000'000; // the controller follows a clock that moves
+    EXPECT_NE(exchange(reopened, "V1\r"), 0);
+    EXPECT_EQ(com.controller().now(), clock);
+    EXPECT_EQ(com.counters().exchanges, static_cast<std::int64_t>(fault.succeed.size()) + 2);
+    EXPECT_EQ(com.counters().closes, 1);
 }
 
-TEST_F(SimulatorComTest, TheControllerFollowsTheClockBeforeEachExchange)
+INSTANTIATE_TEST_SUITE_P(Faults, SimulatorComFaultTest,
+                         ::testing::Values(Fault{{.noReply = true}, std::vector<bool>(11, false), 11 * kTimeout},
+                                           Fault{{}, {false}, kTimeout, "V1"},
+                                           Fault{{.garbageReply = true}, {true, true}, 0},
+                                           Fault{{.noTerminator = true}, {true}, 0},
+                                           Fault{{.slowReplyMs = 40}, {true, true}, 80'000},
+                                           Fault{{.slowReplyMs = 100}, {false}, kTimeout},
+                                           Fault{{.dropAfterExchanges = 2}, {true, true, false, false}, 2 * kTimeout}));
+
+TEST_F(SimulatorComTest, TheReplyOrTheGarbageOrTheUnterminatedReplyIsWhatTheBufferGets)
 {
     const auto handle = open();
-    clock = 5'000'000;
     ASSERT_NE(exchange(handle, "???\r"), 0);
-    EXPECT_EQ(com.controller().now(), 5'000'000);
-}
+    EXPECT_EQ(reply.text(), freshReply("???"));
+    EXPECT_EQ(reply.bytes[freshReply("???").size()], kReplyTerminator);
+    EXPECT_EQ(reply.bytes[freshReply("???").size() + 1], '\0') << "wrote behind the terminator";
 
-TEST_F(SimulatorComTest, ASilentControllerCostsTheTimeOutEvenOnAFrozenClock)
-{
-    const auto handle = open();
-    com.failureModes().noReply = true;
-    for (int i = 0; i < 11; ++i)
-        EXPECT_EQ(exchange(handle, "V1\r"), 0);
-    EXPECT_EQ(com.controller().now(), 11 * kTimeoutMicros);
-    EXPECT_EQ(com.counters().failedExchanges, 11);
+    com.failureModes().garbageReply = true;
+    ASSERT_NE(exchange(handle, "???\r"), 0);
+    EXPECT_TRUE(reply.terminated());
+    EXPECT_NE(reply.text(), freshReply("???"));
 
-    com.failureModes().noReply = false;
-    EXPECT_NE(exchange(handle, "V1\r"), 0);
-    EXPECT_EQ(com.controller().now(), 11 * kTimeoutMicros) << "an answered exchange takes no time of its own";
-
-    clock = 3 * kTimeoutMicros;
-    EXPECT_NE(exchange(handle, "V1\r"), 0);
-    EXPECT_EQ(com.controller().now(), 11 * kTimeoutMicros) << "the controller's clock never goes back";
+    com.failureModes() = {.noTerminator = true};
+    ASSERT_NE(exchange(handle, "???\r"), 0);
+    const auto& bytes = reply.bytes;
+    EXPECT_EQ(std::string(bytes.data(), freshReply("???").size()), freshReply("???"));
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), kReplyTerminator), 0);
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\0'), 0) << "the whole buffer is filled";
 }
 
 TEST_F(SimulatorComTest, AWaitLoopAfterStoreEndsOnAFrozenClock)
@@ -80,7 +107,6 @@ TEST_F(SimulatorComTest, AWaitLoopAfterStoreEndsOnAFrozenClock)
     SimulatorCom patient{[this] { return clock; }};
     const auto handle = testing::OpenLink(patient, 1, 1, "");
     ASSERT_NE(patient.sendRecv(1, handle, "STORE\r", reply.fresh()), 0);
-
     int tries = 0;
     while (tries < 11 && patient.sendRecv(1, handle, "V1\r", reply.fresh()) == 0)
         ++tries;
@@ -88,105 +114,25 @@ TEST_F(SimulatorComTest, AWaitLoopAfterStoreEndsOnAFrozenClock)
     EXPECT_EQ(patient.counters().failedExchanges, tries);
 }
 
-TEST_F(SimulatorComTest, AFrameWithoutCrGetsNoAnswer)
-{
-    const auto handle = open();
-    EXPECT_EQ(exchange(handle, "V1"), 0);
-    EXPECT_EQ(com.controller().now(), kTimeoutMicros);
-}
-
-TEST_F(SimulatorComTest, AGarbageReplyStillCompletesTheExchange)
-{
-    const auto handle = open();
-    com.failureModes().garbageReply = true;
-    ASSERT_NE(exchange(handle, "???\r"), 0);
-    EXPECT_TRUE(reply.terminated());
-    EXPECT_NE(reply.text(), freshReply("???"));
-}
-
-TEST_F(SimulatorComTest, AReplyWithoutTerminatorFillsTheWholeBuffer)
-{
-    const auto handle = open();
-    com.failureModes().noTerminator = true;
-    ASSERT_NE(exchange(handle, "???\r"), 0);
-
-    const auto& bytes = reply.bytes();
-    const auto expected = freshReply("???");
-    EXPECT_EQ(std::string(bytes.data(), expected.size()), expected);
-    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), kReplyTerminator), 0);
-    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\0'), 0);
-}
-
-TEST_F(SimulatorComTest, ASlowReplyTakesItsTimeAndFailsWhenSlowerThanTheTimeOut)
-{
-    const auto handle = open();
-    com.failureModes().slowReplyMs = 40;
-    ASSERT_NE(exchange(handle, "???\r"), 0);
-    EXPECT_EQ(com.controller().now(), 40'000);
-
-    com.failureModes().slowReplyMs = kTimeoutMicros / 1000;
-    EXPECT_EQ(exchange(handle, "???\r"), 0);
-    EXPECT_EQ(com.controller().now(), 40'000 + kTimeoutMicros);
-}
-
-TEST_F(SimulatorComTest, TheFirstOpenFailsOnceWhenAsked)
+TEST_F(SimulatorComTest, HandlesAreDistinctAndAnUnknownOrClosedOneReachesNoController)
 {
     com.failureModes().failFirstOpen = true;
     EXPECT_LE(open(), 0);
-    EXPECT_GT(open(), 0);
-    EXPECT_FALSE(com.failureModes().failFirstOpen);
-    EXPECT_EQ(com.counters().opens, 2);
-    EXPECT_EQ(com.counters().failedOpens, 1);
-}
-
-TEST_F(SimulatorComTest, ADroppedLinkFailsUntilReopened)
-{
-    const auto handle = open();
-    com.failureModes().dropAfterExchanges = 2;
-    EXPECT_NE(exchange(handle, "V1\r"), 0);
-    EXPECT_NE(exchange(handle, "V1\r"), 0);
-    EXPECT_EQ(exchange(handle, "V1\r"), 0);
-    EXPECT_EQ(exchange(handle, "V1\r"), 0) << "a dead handle stays dead";
-
-    com.close(1, handle);
-    const auto reopened = open();
-    ASSERT_GT(reopened, 0);
-    EXPECT_NE(exchange(reopened, "V1\r"), 0);
-    EXPECT_EQ(com.counters().exchanges, 5);
-    EXPECT_EQ(com.counters().failedExchanges, 2);
-    EXPECT_EQ(com.counters().closes, 1);
-}
-
-TEST_F(SimulatorComTest, HandlesAreDistinctAndDieWhenClosed)
-{
     const auto first = open();
     const auto second = open();
     ASSERT_GT(first, 0);
     ASSERT_GT(second, 0);
     EXPECT_NE(first, second);
-
     com.close(1, first);
-    EXPECT_EQ(exchange(first, "V1\r"), 0);
+    for (const std::int32_t handle : {first, 0, -1, 99})
+        EXPECT_EQ(exchange(handle, "V1\r"), 0) << handle;
+    EXPECT_EQ(com.sendRecv(1, second, nullptr, reply.fresh()), 0);
+    EXPECT_EQ(com.sendRecv(1, second, "V1\r", nullptr), 0);
+    EXPECT_EQ(com.counters().failedExchanges, 6);
+    EXPECT_EQ(com.controller().now(), 0) << "no time-out was spent";
     EXPECT_NE(exchange(second, "V1\r"), 0);
-    EXPECT_EQ(com.controller().now(), 0) << "a call on a closed handle reaches no controller";
-}
-
-class SimulatorComBadHandleTest : public SimulatorComTest, public ::testing::WithParamInterface<std::int32_t> {};
-
-TEST_P(SimulatorComBadHandleTest, AnExchangeOnAnUnknownHandleFails)
-{
-    open();
-    EXPECT_EQ(exchange(GetParam(), "V1\r"), 0);
-    EXPECT_EQ(com.counters().failedExchanges, 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Handles, SimulatorComBadHandleTest, ::testing::Values(0, -1, 2, 99));
-
-TEST_F(SimulatorComTest, MissingBuffersFailTheExchange)
-{
-    const auto handle = open();
-    EXPECT_EQ(com.sendRecv(1, handle, nullptr, reply.fresh()), 0);
-    EXPECT_EQ(com.sendRecv(1, handle, "V1\r", nullptr), 0);
+    EXPECT_EQ(com.counters().opens, 3);
+    EXPECT_EQ(com.counters().failedOpens, 1) << "the first open fails once when asked";
 }
 
 } // namespace

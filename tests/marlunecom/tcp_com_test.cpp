@@ -1,4 +1,4 @@
-#include "link/marlune_com.h"
+#include "marlunecom/tcp_address.h"
 #include "marlunecom/tcp_com.h"
 #include "reply_buffer.h"
 #include "scripted_peer.h"
@@ -8,9 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <memory>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace marlune::marlunecom {
 namespace {
@@ -20,102 +19,59 @@ using namespace std::chrono_literals;
 constexpr LinkTimeouts kShortTimeouts{200ms, 200ms};
 constexpr std::int32_t kEthernet = 2;
 
-TEST(TcpComTest, APeerThatNeverAcceptsFailsTheExchange)
-{
-    testing::TcpPeer deaf; // listens; the system completes the connection, nobody answers
-    TcpCom com(kShortTimeouts);
-    const auto handle = testing::OpenLink(com, kEthernet, 0, deaf.address());
-    ASSERT_GT(handle, 0);
-
-    testing::ReplyBuffer reply;
-    EXPECT_EQ(com.sendRecv(kEthernet, handle, "???\r", reply.fresh()), 0);
-    EXPECT_EQ(reply.text(), "");
-}
+static_assert(kDefaultTcpPort == sim::kDefaultTcpPort, "marlune-sim serves where the link looks by default");
 
 TEST(TcpComTest, TheAddressWithoutPortUsesTheDefaultPort)
 {
-    testing::TcpPeer peer([](const std::string&) { return testing::PeerReply{{"here\x04"}}; }, sim::kDefaultTcpPort);
-    if (!peer.listening())
-        GTEST_SKIP() << "port " << sim::kDefaultTcpPort << " is taken on this machine";
+    const auto peer = testing::ScriptedPeer::onTcp([](const std::string&) { return testing::PeerReply{{"here\x04"}}; },
+                                                   kDefaultTcpPort);
+    if (!peer->ready())
+        GTEST_SKIP() << "port " << kDefaultTcpPort << " is taken on this machine";
     TcpCom com(kShortTimeouts);
     const auto handle = testing::OpenLink(com, kEthernet, 0, " 127.0.0.1 ");
     ASSERT_GT(handle, 0);
-
     testing::ReplyBuffer reply;
     ASSERT_NE(com.sendRecv(kEthernet, handle, "???\r", reply.fresh()), 0);
     EXPECT_EQ(reply.text(), "here");
 }
 
-TEST(TcpComTest, APortWhereNobodyListensFailsTheOpen)
-{
-    std::string address;
-    {
-        const testing::TcpPeer gone;
-        address = gone.address();
-    }
-    TcpCom com(kShortTimeouts);
-    EXPECT_LE(testing::OpenLink(com, kEthernet, 0, address), 0);
-}
-
 #ifdef MARLUNE_SIM_EXECUTABLE
 
-// marlune-sim serving on loopback, started afresh with its fault options.
-class TcpComSimulatorTest : public ::testing::Test {
-protected:
-    std::int32_t start(std::vector<std::string> options = {})
-    {
-        options.insert(options.end(), {"--port", "0", "--exit-after", "60"});
-        simulator = std::make_unique<testing::SimProcess>(MARLUNE_SIM_EXECUTABLE, options);
-        const auto port = simulator->tcpPort();
-        if (!port)
-            return 0;
-        return testing::OpenLink(com, kEthernet, 0, "127.0.0.1:" + std::to_string(*port));
-    }
-
-    std::int32_t exchange(std::int32_t handle, const char* frame)
-    {
-        return com.sendRecv(kEthernet, handle, frame, reply.fresh());
-    }
-
-    std::unique_ptr<testing::SimProcess> simulator;
-    TcpCom com{kShortTimeouts};
-    testing::ReplyBuffer reply;
-};
-
-TEST_F(TcpComSimulatorTest, ReadsTheStatusRecord)
-{
-    const auto handle = start();
-    ASSERT_GT(handle, 0);
-    ASSERT_NE(exchange(handle, "???\r"), 0);
-    EXPECT_TRUE(reply.terminated());
-    EXPECT_EQ(reply.text().substr(0, 1), "@");
-}
-
 struct FaultCase {
-    std::string option;
+    std::vector<std::string> options;
     std::vector<bool> exchangesSucceed;
 };
 
-void PrintTo(const FaultCase& value, std::ostream* out) { *out << value.option; }
+class TcpComSimulatorTest : public ::testing::TestWithParam<FaultCase> {};
 
-class TcpComSimulatorFaultTest : public TcpComSimulatorTest, public ::testing::WithParamInterface<FaultCase> {};
-
-TEST_P(TcpComSimulatorFaultTest, TheFaultShowsInTheExchanges)
+// marlune-sim serving on loopback, started afresh with its fault options: without one it
+// answers the status request with its record.
+TEST_P(TcpComSimulatorTest, TheFaultShowsInTheExchanges)
 {
-    const auto handle = start({"--fail", GetParam().option});
+    auto options = GetParam().options;
+    options.insert(options.end(), {"--port", "0", "--exit-after", "60"});
+    testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, options);
+    const auto port = simulator.tcpPort();
+    ASSERT_TRUE(port);
+    TcpCom com{kShortTimeouts};
+    const auto handle = testing::OpenLink(com, kEthernet, 0, "127.0.0.1:" + std::to_string(*port));
     ASSERT_GT(handle, 0);
+
+    testing::ReplyBuffer reply;
     std::vector<bool> succeeded;
     for (std::size_t i = 0; i < GetParam().exchangesSucceed.size(); ++i)
-        succeeded.push_back(exchange(handle, "???\r") != 0);
+        succeeded.push_back(com.sendRecv(kEthernet, handle, "???\r", reply.fresh()) != 0);
     EXPECT_EQ(succeeded, GetParam().exchangesSucceed);
+    EXPECT_TRUE(!GetParam().options.empty() || (reply.terminated() && reply.text().substr(0, 1) == "@"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, TcpComSimulatorFaultTest,
-                         ::testing::Values(FaultCase{"no-reply", {false, false}},
-                                           FaultCase{"no-terminator", {false, false}},
-                                           FaultCase{"garbage", {true, true}},
-                                           FaultCase{"drop-after=2", {true, true, false, false}},
-                                           FaultCase{"slow=20", {true, true}}, FaultCase{"slow=400", {false}}));
+INSTANTIATE_TEST_SUITE_P(Faults, TcpComSimulatorTest,
+                         ::testing::Values(FaultCase{{}, {true}}, FaultCase{{"--fail", "no-reply"}, {false, false}},
+                                           FaultCase{{"--fail", "no-terminator"}, {false, false}},
+                                           FaultCase{{"--fail", "garbage"}, {true, true}},
+                                           FaultCase{{"--fail", "drop-after=2"}, {true, true, false, false}},
+                                           FaultCase{{"--fail", "slow=20"}, {true, true}},
+                                           FaultCase{{"--fail", "slow=400"}, {false}}));
 
 #endif
 

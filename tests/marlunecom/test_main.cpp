@@ -1,6 +1,5 @@
-// The desktop program always has a QApplication; the tests run under a QCoreApplication
-// without an event loop, as the links are used there: in blocking calls. Without one, the
-// serial port still works but Qt warns at each open that it cannot watch the device.
+// A QCoreApplication without an event loop, as the links are used in blocking calls; without
+// one, Qt warns at each serial open that it cannot watch the device.
 
 #include <QCoreApplication>
 

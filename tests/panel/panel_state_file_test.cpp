@@ -6,6 +6,8 @@
 #include "panel/main_control.h"
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
+#include "tools/program_viewer.h"
+#include "transfer/status.h"
 
 namespace marlune::panel {
 namespace {
@@ -18,7 +20,9 @@ TEST_F(PanelStateFile, AFileThatCannotBeWrittenIsNamedInOneMessageAndThePanelSti
 
     NewPos newPos;
     MonitorAI monitor;
-    MainControl panel(newPos, monitor);
+    transfer::Status status;
+    tools::ProgramViewer viewer(status);
+    MainControl panel(newPos, monitor, viewer);
     ASSERT_TRUE(panel.load());
     EXPECT_TRUE(platform.messages().empty()) << "a folder in the file's place is no file to read";
     EXPECT_TRUE(panel.unload());

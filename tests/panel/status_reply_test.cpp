@@ -1,23 +1,18 @@
 #include <gtest/gtest.h>
 
+#include "panel/main_control.h"
 #include "panel/status_reply.h"
 
 namespace marlune::panel {
 namespace {
 
-// A whole reply with every field told apart by its value: field n holds "f<n>".
-std::string WholeReply(char afterDio = '.', char afterLatch = '.')
+// A whole reply with every field told apart by its value: field n holds "f<n>". The digital I/O
+// word and the latches end at `terminator`.
+std::string WholeReply(char terminator)
 {
     std::string reply = "@";
-    for (int n = 1; n <= 28; ++n) {
-        reply += "f" + std::to_string(n);
-        if (n == 17)
-            reply += afterDio;
-        else if (n == 28)
-            reply += afterLatch;
-        else
-            reply += ',';
-    }
+    for (int n = 1; n <= 28; ++n)
+        reply += "f" + std::to_string(n) + (n == 17 || n == 28 ? terminator : ',');
     return reply;
 }
 
@@ -31,10 +26,10 @@ std::vector<int> Completed(const StatusFields& fields)
     return numbers;
 }
 
-TEST(StatusReply, SplitsAllTwentyEightFieldsInOrder)
+TEST(StatusReply, SplitsAllTwentyEightFieldsInOrderAndIgnoresWhatFollows)
 {
-    for (char dio : {'.', ','}) {
-        const auto fields = SplitStatusReply(WholeReply(dio, ','));
+    for (char terminator : {'.', ','}) {
+        const auto fields = SplitStatusReply(WholeReply(terminator) + "99,98,");
         ASSERT_TRUE(fields);
         for (int n = 1; n <= 28; ++n)
             EXPECT_EQ(fields->field[static_cast<std::size_t>(n - 1)], "f" + std::to_string(n));
@@ -61,7 +56,7 @@ TEST(StatusReply, AShortReplyCompletesOnlyWholeFields)
 
 TEST(StatusReply, TheLastFieldMustBeTerminatedToo)
 {
-    std::string reply = WholeReply();
+    std::string reply = WholeReply('.');
     reply.pop_back();
     const auto fields = SplitStatusReply(reply);
     ASSERT_TRUE(fields);
@@ -83,11 +78,14 @@ TEST(StatusReply, AGroupThatCannotCompleteLeavesItsPlaceToTheNextGroup)
     EXPECT_EQ(lines->field[22], "5");
 }
 
-TEST(StatusReply, FieldsBehindTheLastAreIgnored)
+TEST(StatusText, MotionOutranksErrorsAndOnlyKnownBitsShow)
 {
-    const auto fields = SplitStatusReply(WholeReply() + "99,98,");
-    ASSERT_TRUE(fields);
-    EXPECT_EQ(fields->field[27], "f28");
+    const std::pair<std::int32_t, const char*> cases[] = {
+            {0x00F8, "Idle"},      {0x0101, "Accelerating"}, {0x0302, "Decelerating"}, {0x0C04, "Constant"},
+            {0x0700, "Err+L"},     {0x0600, "Err-L"},        {0x1C00, "ErrAlarm"},     {0x1800, "ErrEnc"},
+            {0x1000, "ErrEncTry"}, {0xE000, "Idle"}};
+    for (const auto& [word, text] : cases)
+        EXPECT_EQ(MainControl::GetStatusText(word), text) << word;
 }
 
 } // namespace

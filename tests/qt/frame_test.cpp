@@ -75,7 +75,7 @@ TEST_F(Frame, MenusAreExactlyTheModels)
     std::vector<std::vector<QString>> shown;
     Walk(frame->menuBar()->actions(), QString(), shown);
     EXPECT_EQ(shown, expected);
-    EXPECT_EQ(expected.size(), 40u);
+    EXPECT_EQ(expected.size(), 41u);
 }
 
 TEST_F(Frame, ToolBarIsExactlyTheModelsWithPicturesAndNoText)

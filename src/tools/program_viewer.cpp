@@ -1,0 +1,56 @@
+#include "tools/program_viewer.h"
+
+#include "forms/platform.h"
+#include "transfer/status.h"
+
+namespace marlune::tools {
+
+ProgramViewer::ProgramViewer(transfer::Status& status)
+    : forms::Form("ProgramViewer", "Program Viewer"), ProgList(add<forms::TextBox>("ProgList")),
+      Upload(add<forms::Button>("Upload", "Upload")), Download(add<forms::Button>("Download", "Download")),
+      OK(add<forms::Button>("OK", "OK")), Timer1(add<forms::Timer>("Timer1", 10)), status_(status)
+{
+    ProgList.multiLine = true;
+    ProgList.fontName = "Courier";
+    // The tab is let through into the text; the next tick turns it into two blanks.
+    ProgList.onKeyPress = [this](int& keyAscii) {
+        if (keyAscii == forms::kKeyTab)
+            replaceTab = 1;
+    };
+    Upload.onClick = [this] { uploadProg(myProgNumber); };
+    Download.onClick = [this] { download(); };
+    OK.onClick = [this] { unload(); };
+    Timer1.onTick = [this] { replaceTypedTab(); };
+}
+
+void ProgramViewer::uploadProg(std::int16_t& progNumber)
+{
+    // Called before the viewer is shown: the text must land in a loaded form to stay there.
+    if (!loaded() && !load())
+        return;
+    status_.ProgramNumber = progNumber;
+    status_.operationType = static_cast<std::int16_t>(transfer::Operation::ProgramUpload);
+    status_.showTransfer("Uploading Program " + std::to_string(progNumber), this);
+    if (status_.operationResult == 1)
+        ProgList.setText(status_.programStr);
+}
+
+void ProgramViewer::download()
+{
+    status_.ProgramNumber = myProgNumber;
+    status_.operationType = static_cast<std::int16_t>(transfer::Operation::ProgramDownload);
+    status_.programStr = ProgList.text();
+    status_.showTransfer("Downloading Program " + std::to_string(myProgNumber), this);
+}
+
+void ProgramViewer::replaceTypedTab()
+{
+    if (replaceTab != 1)
+        return;
+    replaceTab = 0;
+    ProgList.setSelStart(ProgList.selStart() - 1);
+    ProgList.setSelLength(1);
+    ProgList.setSelText("  ");
+}
+
+} // namespace marlune::tools

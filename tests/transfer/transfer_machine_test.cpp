@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include "transfer/transfer_machine.h"
+
+namespace marlune::transfer {
+namespace {
+
+// Records what a transfer does to the dialog around it; replies come from `answer`.
+struct RecordingHost final : TransferHost {
+    std::function<std::string(const std::string&)> answer = [](const std::string&) { return "OK"; };
+    std::vector<std::string> sent;
+    std::vector<std::string> messages;
+    std::string label;
+    std::string statText;
+    int bar = 0;
+
+    bool exchange(std::string& command, std::string& reply) override
+    {
+        sent.push_back(command);
+        reply = answer(command);
+        return true;
+    }
+    void showProgress(int value) override { bar = value; }
+    void showProgressLabel(const std::string& text) override { label = text; }
+    void showStatText(const std::string& text) override { statText = text; }
+    void tell(const std::string& message) override { messages.push_back(message); }
+};
+
+class TransferMachineTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        dir_ = std::filesystem::temp_directory_path()
+               / ("marlune-transfer-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        std::filesystem::remove_all(dir_);
+        std::filesystem::create_directories(dir_);
+        machine.reset();
+    }
+    void TearDown() override { std::filesystem::remove_all(dir_); }
+
+    std::string path(const std::string& name) const { return (dir_ / name).string(); }
+    static std::string read(const std::string& file)
+    {
+        std::ifstream in(file, std::ios::binary);
+        std::stringstream bytes;
+        bytes << in.rdbuf();
+        return bytes.str();
+    }
+    // Ticks until the transfer is done or the dialog must close; the number of ticks.
+    int runToEnd(int limit = 100000)
+    {
+        for (int ticks = 1; ticks <= limit; ++ticks) {
+            if (machine.tick(host) || machine.transferDone())
+                return ticks;
+        }
+        ADD_FAILURE() << "the transfer did not end";
+        return limit;
+    }
+
+    TransferMembers members;
+    TransferMachine machine{members};
+    RecordingHost host;
+
+private:
+    std::filesystem::path dir_;
+};
+
+TEST(TransferText, FourthFieldOfProgramStatus)
+{
+    const std::pair<std::string, std::string> rows[] = {
+            {"1,0,12,345,0", "345"}, {"1,2,3,4", "4"}, {"1,2", ""}, {"a,b,c,", ""}, {",,,7,8,9", "7"}};
+    for (const auto& [reply, field] : rows)
+        EXPECT_EQ(FourthField(reply), field) << reply;
+}
+
+TEST(TransferText, ProgramLineLosesCommentBlanksAndControlCharacters)
+{
+    EXPECT_EQ(CleanProgramLine("\tX 10 00;  go"), "X1000");
+    EXPECT_EQ(CleanProgramLine(std::string("A\x14"
+                                           "B\x15"
+                                           "\xE9",
+                                           5)),
+              "AB\x15\xE9");
+    EXPECT_EQ(CleanProgramLine("  ; only a comment"), "");
+}
+
+TEST_F(TransferMachineTest, DownloadStepIsRoundedHalfToEvenAndAtLeastOne)
+{
+    const std::pair<std::size_t, int> rows[] = {{0, 10000}, {3, 3333}, {6, 1667}, {32, 312}, {20000, 1}};
+    for (const auto& [length, step] : rows) {
+        members.operationType = 3;
+        members.programStr.assign(length, 'A');
+        machine.reset();
+        machine.tick(host);
+        EXPECT_EQ(machine.progStep(), step) << length << " characters";
+    }
+}
+
+TEST_F(TransferMachineTest, DownloadSendsEachCleanedLineOnceAndTheLastLineAsItStands)
+{
+    members.operationType = 3;
+    members.ProgramNumber = 2;
+    members.programStr = "X 100 ;out\r\n\r\n  ;note\r\n\tY2\nZ 3 ;raw";
+    EXPECT_EQ(runToEnd(), 1 + static_cast<int>(members.programStr.size()) + 2);
+    EXPECT_EQ(host.sent,
+              (std::vector<std::string>{"CLOSE", "OPEN PROG 2", "CLEAR", "X100", "Y2", "Z 3 ;raw", "CLOSE"}));
+    EXPECT_EQ(host.statText, "Y2");
+    EXPECT_EQ(members.operationResult, 1);
+    EXPECT_EQ(host.bar, 10000);
+}
+
+TEST_F(TransferMachineTest, UploadCollectsTheReportedLinesAndWaitsOutEmptyReplies)
+{
+    members.operationType = 4;
+    members.ProgramNumber = 1;
+    members.programStr = "stale";
+    std::vector<std::string> lines = {"", "X100", "", "END\n", "never"};
+    host.answer = [&](const std::string& command) -> std::string {
+        if (command == "PSTAT1")
+            return "1,0,0,2,0";
+        if (command != "UPLOAD1")
+            return "OK";
+        std::string line = lines.front();
+        lines.erase(lines.begin());
+        return line;
+    };
+    runToEnd();
+    EXPECT_EQ(members.programStr, "X100\r\nEND\n");
+    EXPECT_EQ(members.totalProgLine, 2);
+    EXPECT_EQ(machine.progStep(), 5000);
+    EXPECT_EQ(host.sent.front(), "CLOSE");
+    EXPECT_EQ(host.sent.back(), "UPLOAD1");
+    EXPECT_EQ(members.operationResult, 1);
+}
+
+TEST_F(TransferMachineTest, UploadOfAnUnreadableLineCountFetchesOneLine)
+{
+    for (const std::string reply : {"1,2", "1,2,3,", "1,2,3,x", "1,2,3,-4"}) {
+        members.operationType = 4;
+        host.answer = [&](const std::string& command) { return command.starts_with("PSTAT") ? reply : "L"; };
+        machine.reset();
+        runToEnd();
+        EXPECT_EQ(members.programStr, "L\r\n") << reply;
+    }
+}
+
+TEST_F(TransferMachineTest, StoreWrites296LinesThenReplacesTheTarget)
+{
+    members.operationType = 1;
+    members.fileName = path("memory.dat");
+    host.answer = [](const std::string& command) { return command == "V7" ? " 2.5" : command == "I3" ? "-70" : "9"; };
+    const int ticks = runToEnd();
+    EXPECT_EQ(ticks, 1 + 48 + 248 + 1);
+    const std::string file = read(members.fileName);
+    EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 296);
+    EXPECT_TRUE(file.starts_with("I1=9\r\nI2=9\r\nI3=-70\r\n"));
+    EXPECT_NE(file.find("\r\nI48=9\r\nV1=9\r\n"), std::string::npos);
+    EXPECT_NE(file.find("\r\nV7=2\r\n"), std::string::npos);
+    EXPECT_TRUE(file.ends_with("\r\nV248=9\r\n"));
+    EXPECT_EQ(host.messages, std::vector<std::string>{"Uploading I and V variable to file done!"});
+    EXPECT_EQ(host.label, "Done!");
+    EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
+}
+
+TEST_F(TransferMachineTest, StoreStopsAtAReplyThatIsNoNumberAndKeepsTheEarlierFile)
+{
+    members.operationType = 1;
+    members.fileName = path("memory.dat");
+    std::ofstream(members.fileName) << "earlier";
+    for (const std::string bad : {"Error in Send Receive!", "4294967296"}) {
+        host.answer = [&](const std::string& command) { return command == "V3" ? bad : "1"; };
+        host.messages.clear();
+        machine.reset();
+        runToEnd();
+        EXPECT_FALSE(machine.transferDone());
+        EXPECT_EQ(host.messages, std::vector<std::string>{"Reading V3 failed: " + bad});
+        EXPECT_EQ(read(members.fileName), "earlier");
+        EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
+    }
+}
+
+TEST_F(TransferMachineTest, LoadSendsEveryLineAndFillsTheBarAtTheEnd)
+{
+    members.operationType = 2;
+    members.fileName = path("memory.dat");
+    std::string file;
+    for (int i = 1; i <= 296; ++i)
+        file += "V" + std::to_string(i) + "=" + std::to_string(i) + (i % 2 ? "\r\n" : "\n");
+    std::ofstream(members.fileName, std::ios::binary) << file;
+    int bar = 0;
+    for (int tick = 0; tick < 1 + 296 + 1; ++tick) {
+        machine.tick(host);
+        bar = host.bar;
+    }
+    EXPECT_EQ(host.sent.size(), 296u);
+    EXPECT_EQ(host.sent.back(), "V296=296");
+    EXPECT_EQ(bar, 888);
+    runToEnd();
+    EXPECT_EQ(host.bar, 10000);
+    EXPECT_EQ(host.messages, std::vector<std::string>{"Downloading I and V variables done!"});
+}
+
+TEST_F(TransferMachineTest, AFileThatDoesNotOpenIsNamedAndClosesTheDialog)
+{
+    for (const std::int16_t operation : {1, 2}) {
+        members.operationType = operation;
+        members.fileName = path("no-such-folder/memory.dat");
+        host.messages.clear();
+        machine.reset();
+        EXPECT_TRUE(machine.tick(host));
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_NE(host.messages[0].find(members.fileName), std::string::npos);
+        EXPECT_TRUE(host.sent.empty());
+    }
+}
+
+TEST_F(TransferMachineTest, CancelAsksOnlyWhileTheTransferRuns)
+{
+    members.fileName = path("memory.dat");
+    std::ofstream(members.fileName) << "I1=1\r\n";
+    // Per operation: the state after each tick, and whether Cancel asks there.
+    const std::vector<std::pair<std::int16_t, std::vector<bool>>> rows = {
+            {1, {false, true}}, {2, {false, true, true, false}}, {3, {false, true, false}}, {4, {true, true}}};
+    for (const auto& [operation, asks] : rows) {
+        members.operationType = operation;
+        members.programStr.clear();
+        machine.reset();
+        for (std::size_t step = 0; step < asks.size(); ++step) {
+            EXPECT_EQ(machine.cancelQuestion().has_value(), asks[step])
+                    << "operation " << operation << " step " << step;
+            machine.tick(host);
+        }
+    }
+}
+
+TEST_F(TransferMachineTest, CancelEndsEachOperationAsItRequires)
+{
+    members.operationType = 1;
+    members.fileName = path("memory.dat");
+    host.answer = [](const std::string&) { return "5"; };
+    for (int tick = 0; tick < 3; ++tick)
+        machine.tick(host);
+    machine.cancel(host);
+    EXPECT_EQ(read(members.fileName), "I1=5\r\nI2=5\r\n");
+
+    members.operationType = 3;
+    machine.reset();
+    machine.cancel(host);
+    EXPECT_EQ(host.sent.back(), "CLOSE");
+    EXPECT_EQ(members.operationResult, 0);
+
+    members.operationType = 4;
+    members.programStr = "X1\r\n";
+    members.operationResult = 1;
+    machine.cancel(host);
+    EXPECT_EQ(members.programStr, "");
+    EXPECT_EQ(members.operationResult, 0);
+    EXPECT_TRUE(machine.transferDone());
+}
+
+} // namespace
+} // namespace marlune::transfer
