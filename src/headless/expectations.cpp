@@ -17,33 +17,6 @@ namespace marlune::headless {
 
 namespace {
 
-struct ExpectKind {
-    std::string_view name;
-    std::size_t minArgs;
-    std::size_t maxArgs;
-};
-
-constexpr std::size_t kMany = 1000000;
-
-// Arguments after `expect KIND`. A first word that is none of these names a form or control.
-constexpr ExpectKind kExpectKinds[] = {
-        {"message", 1, 7},     {"no-message", 0, 0}, {"sent", 1, kMany},    {"sent-raw", 1, 1}, {"nothing-sent", 0, 0},
-        {"open", 3, 3},        {"close", 2, 2},      {"link-idle", 0, 0},   {"shown", 1, 1},    {"not-shown", 1, 1},
-        {"state", 2, 2},       {"file", 2, 2},       {"no-file", 1, 1},     {"setting", 3, 3},  {"no-setting", 2, 2},
-        {"printed", 1, kMany}, {"help", 2, 2},       {"arrangement", 1, 1}, {"active", 1, 1},
-};
-
-const ExpectKind* FindKind(const Word& word)
-{
-    if (word.quoted)
-        return nullptr;
-    for (const ExpectKind& kind : kExpectKinds) {
-        if (kind.name == word.text)
-            return &kind;
-    }
-    return nullptr;
-}
-
 std::string Describe(const ComCall& call)
 {
     switch (call.operation) {
@@ -75,59 +48,51 @@ const std::string& Arg(const Statement& statement, std::size_t i) { return state
 
 } // namespace
 
+const StatementKind<Expectations> Expectations::kKinds[] = {
+        {"message", 1, 7, &Expectations::message},
+        {"no-message", 0, 0, &Expectations::noMessage},
+        {"sent", 1, kMany, &Expectations::sent},
+        {"sent-raw", 1, 1, &Expectations::sentRaw},
+        {"nothing-sent", 0, 0, &Expectations::nothingSent},
+        {"open", 3, 3, &Expectations::openOrClose},
+        {"close", 2, 2, &Expectations::openOrClose},
+        {"link-idle", 0, 0, &Expectations::linkIdle},
+        {"shown", 1, 1, &Expectations::shown},
+        {"not-shown", 1, 1, &Expectations::shown},
+        {"state", 2, 2, &Expectations::state},
+        {"file", 2, 2, &Expectations::file},
+        {"no-file", 1, 1, &Expectations::file},
+        {"setting", 3, 3, &Expectations::setting},
+        {"no-setting", 2, 2, &Expectations::setting},
+        {"printed", 1, kMany, &Expectations::printed},
+        {"help", 2, 2, &Expectations::help},
+        {"arrangement", 1, 1, &Expectations::arrangement},
+        {"active", 1, 1, &Expectations::active},
+};
+
 std::optional<std::string> Expectations::argumentError(const Statement& statement)
 {
     if (statement.words.size() < 2)
         return "expect needs what to check";
     const std::size_t args = statement.words.size() - 2;
-    if (const ExpectKind* kind = FindKind(statement.words[1])) {
-        if (args < kind->minArgs || args > kind->maxArgs)
-            return "expect " + std::string(kind->name) + " has the wrong number of words";
-        if (kind->name == "message" && args % 2 == 0)
-            return "expect message TEXT is followed by pairs: title T, buttons OK|YesNo, icon NAME";
+    const StatementKind<Expectations>* kind = FindStatementKind(kKinds, statement.words[1]);
+    if (!kind) {
+        if (args != 2)
+            return "expect Form.Control PROPERTY VALUE (or an unknown expectation " + statement.words[1].text + ")";
         return std::nullopt;
     }
-    if (args != 2)
-        return "expect Form.Control PROPERTY VALUE (or an unknown expectation " + statement.words[1].text + ")";
+    if (auto error = WordCountError("expect " + std::string(kind->name), kind->minArgs, kind->maxArgs, args))
+        return error;
+    if (kind->name == "message" && args % 2 == 0)
+        return "expect message TEXT is followed by pairs: title T, buttons OK|YesNo, icon NAME";
     return std::nullopt;
 }
 
 void Expectations::check(const Statement& statement, shell::Program* program)
 {
-    const ExpectKind* kind = FindKind(statement.words[1]);
-    const std::string_view name = kind ? kind->name : std::string_view();
-    if (!kind)
-        property(statement, program);
-    else if (name == "message")
-        message(statement);
-    else if (name == "no-message")
-        noMessage();
-    else if (name == "sent")
-        sent(statement);
-    else if (name == "sent-raw")
-        sentRaw(statement);
-    else if (name == "nothing-sent")
-        nothingSent();
-    else if (name == "open" || name == "close")
-        openOrClose(statement);
-    else if (name == "link-idle")
-        linkIdle();
-    else if (name == "shown" || name == "not-shown")
-        shown(statement, program, name == "shown");
-    else if (name == "state")
-        this->state(statement, program);
-    else if (name == "file" || name == "no-file")
-        file(statement, name == "file");
-    else if (name == "setting" || name == "no-setting")
-        setting(statement, name == "setting");
-    else if (name == "printed")
-        printed(statement);
-    else if (name == "help")
-        help(statement);
-    else if (name == "arrangement")
-        arrangement(statement);
-    else
-        active(statement, program);
+    program_ = program;
+    const StatementKind<Expectations>* kind = FindStatementKind(kKinds, statement.words[1]);
+    (this->*(kind ? kind->run : &Expectations::property))(statement);
 }
 
 void Expectations::message(const Statement& statement)
@@ -160,7 +125,7 @@ void Expectations::message(const Statement& statement)
         FailMismatch("expect message", expected, found);
 }
 
-void Expectations::noMessage()
+void Expectations::noMessage(const Statement&)
 {
     const auto& messages = platform_.messages();
     if (messagesChecked_ >= messages.size())
@@ -216,7 +181,7 @@ void Expectations::sentRaw(const Statement& statement)
         FailMismatch("expect sent-raw", Quoted(expected), Quoted(calls[i].bytes));
 }
 
-void Expectations::nothingSent()
+void Expectations::nothingSent(const Statement&)
 {
     if (nextExchange() < controller_.calls().size())
         FailMismatch("expect nothing-sent", "nothing sent", uncheckedCalls(true, false));
@@ -260,27 +225,27 @@ std::string Expectations::uncheckedCalls(bool exchanges, bool opensAndCloses) co
     return out;
 }
 
-void Expectations::linkIdle()
+void Expectations::linkIdle(const Statement&)
 {
     if (nextExchange() < controller_.calls().size() || nextOpenOrClose() < controller_.calls().size())
         FailMismatch("expect link-idle", "no unchecked call of the library", uncheckedCalls(true, true));
 }
 
-void Expectations::property(const Statement& statement, shell::Program* program)
+void Expectations::property(const Statement& statement)
 {
     const std::string& target = statement.words[1].text;
     const std::string& name = Arg(statement, 0);
     const std::string& expected = Arg(statement, 1);
     std::optional<std::string> found;
     if (target.find('.') != std::string::npos) {
-        found = RequireControl(program, target).property(name);
+        found = RequireControl(program_, target).property(name);
         if (!found)
             Fail(target + " has no property " + name);
     } else if (name == "loaded") {
-        const forms::Form* form = FindForm(program, target);
+        const forms::Form* form = FindForm(program_, target);
         found = form && form->loaded() ? "true" : "false";
     } else if (name == "caption") {
-        found = RequireForm(program, target).caption();
+        found = RequireForm(program_, target).caption();
     } else {
         Fail("a form has the properties caption and loaded, not " + name);
     }
@@ -288,28 +253,30 @@ void Expectations::property(const Statement& statement, shell::Program* program)
         FailMismatch("expect " + target + " " + name, Quoted(expected), Quoted(*found));
 }
 
-void Expectations::shown(const Statement& statement, shell::Program* program, bool expected)
+void Expectations::shown(const Statement& statement)
 {
+    const bool expected = statement.words[1].text == "shown";
     const std::string& name = Arg(statement, 0);
-    const forms::Form* form = FindForm(program, name);
+    const forms::Form* form = FindForm(program_, name);
     const bool loaded = form && form->loaded();
     if (loaded != expected)
         FailMismatch("expect " + statement.words[1].text + " " + name, expected ? "shown" : "not shown",
                      loaded ? "shown" : "not shown");
 }
 
-void Expectations::state(const Statement& statement, shell::Program* program)
+void Expectations::state(const Statement& statement)
 {
     const std::string& name = Arg(statement, 0);
-    const auto found = ReadState(name, program);
+    const auto found = ReadState(name, program_);
     if (!found)
         Fail("unknown state " + name);
     if (*found != Arg(statement, 1))
         FailMismatch("expect state " + name, Quoted(Arg(statement, 1)), Quoted(*found));
 }
 
-void Expectations::file(const Statement& statement, bool expected)
+void Expectations::file(const Statement& statement)
 {
+    const bool expected = statement.words[1].text == "file";
     const std::string& name = Arg(statement, 0);
     const auto bytes = forms::ReadFileBytes(name);
     if (expected) {
@@ -322,8 +289,9 @@ void Expectations::file(const Statement& statement, bool expected)
     }
 }
 
-void Expectations::setting(const Statement& statement, bool expected)
+void Expectations::setting(const Statement& statement)
 {
+    const bool expected = statement.words[1].text == "setting";
     const std::string& section = Arg(statement, 0);
     const std::string& key = Arg(statement, 1);
     const auto found = platform_.setting(section, key);
@@ -366,10 +334,10 @@ void Expectations::arrangement(const Statement& statement)
         FailMismatch("expect arrangement", expected, found);
 }
 
-void Expectations::active(const Statement& statement, shell::Program* program)
+void Expectations::active(const Statement& statement)
 {
     const std::string& name = Arg(statement, 0);
-    const forms::Form* expected = FindForm(program, name);
+    const forms::Form* expected = FindForm(program_, name);
     const forms::Form* found = platform_.activeChild();
     if (!expected || found != expected)
         FailMismatch("expect active", name,

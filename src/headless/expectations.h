@@ -5,6 +5,7 @@
 #include <string>
 
 #include "headless/scenario_parser.h"
+#include "headless/statement_kind.h"
 
 namespace marlune::shell {
 class Program;
@@ -31,21 +32,24 @@ public:
 
 private:
     void message(const Statement& statement);
-    void noMessage();
+    void noMessage(const Statement& statement);
     void sent(const Statement& statement);
     void sentRaw(const Statement& statement);
-    void nothingSent();
+    void nothingSent(const Statement& statement);
     void openOrClose(const Statement& statement);
-    void linkIdle();
-    void property(const Statement& statement, shell::Program* program);
-    void shown(const Statement& statement, shell::Program* program, bool expected);
-    void state(const Statement& statement, shell::Program* program);
-    void file(const Statement& statement, bool expected);
-    void setting(const Statement& statement, bool expected);
+    void linkIdle(const Statement& statement);
+    void property(const Statement& statement);
+    void shown(const Statement& statement);
+    void state(const Statement& statement);
+    void file(const Statement& statement);
+    void setting(const Statement& statement);
     void printed(const Statement& statement);
     void help(const Statement& statement);
     void arrangement(const Statement& statement);
-    void active(const Statement& statement, shell::Program* program);
+    void active(const Statement& statement);
+
+    // Arguments after `expect KIND`. A first word that is none of these names a form or control.
+    static const StatementKind<Expectations> kKinds[];
 
     // The index of the oldest exchange (or open and close) not yet checked, or the log's size.
     std::size_t nextExchange() const;
@@ -58,6 +62,7 @@ private:
     std::size_t printedChecked_ = 0;
     std::size_t exchangeCursor_ = 0;
     std::size_t openCloseCursor_ = 0;
+    shell::Program* program_ = nullptr; // of the expectation being checked
 };
 
 } // namespace marlune::headless

@@ -29,7 +29,6 @@ namespace {
 struct ScriptEnded {};
 
 constexpr std::int64_t kDefaultCloseLimit = 60000;
-constexpr std::size_t kMany = 1000000;
 
 std::int64_t RequireDuration(const Word& word)
 {
@@ -86,14 +85,7 @@ void PressToolButton(forms::ToolBar& toolBar, const std::string& key)
 
 // ---- The statement table
 
-struct ScenarioSession::Kind {
-    std::string_view name;
-    std::size_t minArgs;
-    std::size_t maxArgs;
-    void (ScenarioSession::*run)(const Statement&);
-};
-
-const ScenarioSession::Kind ScenarioSession::kKinds[] = {
+const StatementKind<ScenarioSession> ScenarioSession::kKinds[] = {
         {"controller", 1, 1, &ScenarioSession::controller},
         {"open-result", 1, kMany, &ScenarioSession::openResult},
         {"reply", 2, 2, &ScenarioSession::reply},
@@ -125,17 +117,6 @@ const ScenarioSession::Kind ScenarioSession::kKinds[] = {
         {"expect", 0, kMany, &ScenarioSession::expect},
 };
 
-const ScenarioSession::Kind* ScenarioSession::findKind(const Statement& statement)
-{
-    if (statement.words[0].quoted)
-        return nullptr;
-    for (const Kind& kind : kKinds) {
-        if (kind.name == statement.name())
-            return &kind;
-    }
-    return nullptr;
-}
-
 std::optional<std::string> ScenarioSession::argumentError(const Statement& statement)
 {
     if (statement.isRepeat()) {
@@ -145,19 +126,12 @@ std::optional<std::string> ScenarioSession::argumentError(const Statement& state
         }
         return std::nullopt;
     }
-    const Kind* kind = findKind(statement);
+    const StatementKind<ScenarioSession>* kind = FindStatementKind(kKinds, statement.words[0]);
     if (!kind)
         return "unknown statement " + Quoted(statement.name());
     if (kind->name == "expect")
         return Expectations::argumentError(statement);
-    const std::size_t args = statement.words.size() - 1;
-    if (args < kind->minArgs || args > kind->maxArgs)
-        return statement.name() + " takes " + std::to_string(kind->minArgs)
-               + (kind->maxArgs == kMany           ? " or more words"
-                  : kind->maxArgs == kind->minArgs ? " words"
-                                                   : " to " + std::to_string(kind->maxArgs) + " words")
-               + ", not " + std::to_string(args);
-    return std::nullopt;
+    return WordCountError(statement.name(), kind->minArgs, kind->maxArgs, statement.words.size() - 1);
 }
 
 // ---- Running
@@ -224,7 +198,7 @@ void ScenarioSession::execute(const Statement& statement)
     // showing blames the statement that was running there.
     const int outerLine = currentLine_;
     currentLine_ = statement.line;
-    (this->*findKind(statement)->run)(statement);
+    (this->*FindStatementKind(kKinds, statement.words[0])->run)(statement);
     currentLine_ = outerLine;
 }
 

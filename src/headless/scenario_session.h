@@ -11,6 +11,7 @@
 #include "headless/scenario_parser.h"
 #include "headless/scripted_controller.h"
 #include "headless/statement_cursor.h"
+#include "headless/statement_kind.h"
 #include "headless/temporary_directory.h"
 
 namespace marlune::forms {
@@ -100,9 +101,7 @@ private:
     PendingWait waiting_;
     int currentLine_ = 0;
 
-    struct Kind;
-    static const Kind kKinds[];
-    static const Kind* findKind(const Statement& statement);
+    static const StatementKind<ScenarioSession> kKinds[];
 };
 
 } // namespace marlune::headless

@@ -1,9 +1,7 @@
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include <algorithm>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -12,58 +10,84 @@
 namespace marlune::headless {
 namespace {
 
-// Every expectation here is wrong, or the statement cannot be done; each scenario fails once.
-constexpr const char* kWrong = R"(scenario "the wrong command"
-reply "X1" "OK"
-start
-menu mnuToolsTerminal
-type Terminal.CommandLine "X 1"
-key Terminal.CommandLine Enter
-expect sent "X2"
+// What a row sets up before its last statement.
+constexpr const char* kTerminal = "start\nmenu mnuToolsTerminal\n";
+constexpr const char* kSentX1 =
+        "start\nmenu mnuToolsTerminal\nexpect open 1 1 \"\"\ntype Terminal.CommandLine \"X 1\"\n"
+        "key Terminal.CommandLine Enter\n";
+constexpr const char* kRefused = "start\nmenu mnuToolsmnuControl\ntype MainControl.ManualCmd open\n"
+                                 "key MainControl.ManualCmd Enter\n";
+constexpr const char* kExited = "start\nclose frmMain\n";
 
-scenario "the wrong bytes"
-file "a.txt" "one\r\n"
-expect file a.txt "two\r\n"
+// A scenario whose last statement must fail, and what its report must hold.
+struct FailureRow {
+    const char* setup;
+    const char* statement;
+    const char* report;
+};
 
-scenario "a question nobody answers"
-start
-menu mnuToolsTerminal
-type Terminal.CommandLine "store"
-key Terminal.CommandLine Enter
-expect no-message
-
-scenario "the frame takes no input behind the terminal"
-start
-menu mnuToolsTerminal
-menu mnuToolsTerminal
-
-scenario "a state the program does not have"
-expect state Nobody.knows 1
-
-scenario "an unknown statement"
-start
-fly to the moon
-)";
+constexpr FailureRow kFailures[] = {
+        {kRefused, "expect message \"Cannot open\"", "expected: \"Cannot open\"\n  found:    \"Cannot open program\""},
+        {kRefused, "expect message \"Cannot open program\" title \"Desk\"", "title \"Marlune Desk\"\n"},
+        {kRefused, "expect message \"Cannot open program\" buttons YesNo", "buttons OK\n"},
+        {kRefused, "expect message \"Cannot open program\" icon critical", "icon none\n"},
+        {kRefused, "expect message \"Cannot open program\" size 2", "title, buttons and icon, not size"},
+        {"", "expect message \"Cannot open program\"", "found:    no message box\n"},
+        {kRefused, "expect no-message", "found:    message boxes \"Cannot open program\"\n"},
+        {kSentX1, "expect sent \"X2\"", "expect sent\n  expected: \"X2\"\n  found:    \"X1\"\n"},
+        {kTerminal, "expect sent \"X1\"", "found:    nothing sent\n"},
+        {kSentX1, "expect sent-raw \"X1\"", "expected: \"X1\"\n  found:    \"X1\\r\"\n"},
+        {kTerminal, "expect sent-raw \"X1\\r\"", "found:    nothing sent\n"},
+        {kSentX1, "expect nothing-sent", "expect nothing-sent\n  expected: nothing sent\n  found:    sent \"X1\\r\"\n"},
+        {kTerminal, "expect open 2 1 \"\"", "expected: open 2 1 \"\"\n  found:    open 1 1 \"\"\n"},
+        {"", "expect open 1 1 \"\"", "found:    no open or close\n"},
+        {kTerminal, "expect close 1 1", "expected: close 1 1\n  found:    open 1 1 \"\"\n"},
+        {kTerminal, "expect link-idle", "found:    open 1 1 \"\"\n"},
+        {kSentX1, "expect link-idle", "found:    sent \"X1\\r\"\n"},
+        {kTerminal, "expect Terminal.CommandLine text \"X\"", "expected: \"X\"\n  found:    \"\"\n"},
+        {kTerminal, "expect Terminal.CommandLine colour red", "Terminal.CommandLine has no property colour"},
+        {kTerminal, "expect Terminal caption \"x\"", "found:    \"Marlune Terminal\"\n"},
+        {"start\n", "expect Terminal loaded true", "expected: \"true\"\n  found:    \"false\"\n"},
+        {"start\n", "expect frmMain text x", "a form has the properties caption and loaded, not text"},
+        {"start\n", "expect frmMain.Nothing text x", "the form frmMain has no control Nothing"},
+        {"start\n", "expect shown Terminal", "expect shown Terminal\n  expected: shown\n  found:    not shown\n"},
+        {"start\n", "expect not-shown frmMain", "expected: not shown\n  found:    shown\n"},
+        {"start\n", "expect state ControllerLink.linkKind 2", "expected: \"2\"\n  found:    \"1\"\n"},
+        {"", "expect state Nobody.knows 1", "unknown state Nobody.knows"},
+        {"file a.txt \"1\\r\"\n", "expect file a.txt \"2\\r\"", "expected: \"2\\r\"\n  found:    \"1\\r\"\n"},
+        {"", "expect file a.txt \"\"", "found:    no file\n"},
+        {"file a.txt x\n", "expect no-file a.txt", "expected: no file\n  found:    \"x\"\n"},
+        {kExited, "expect setting Settings MainLeft 1", "expected: \"1\"\n  found:    \"0\"\n"},
+        {"", "expect setting Settings MainLeft 0", "found:    no setting\n"},
+        {kExited, "expect no-setting Settings MainLeft", "expected: no setting\n  found:    \"0\"\n"},
+        {"", "expect printed \"x\"", "found:    nothing printed\n"},
+        {"", "expect help \"x\" 1", "found:    no call of the help viewer\n"},
+        {"", "expect arrangement 0", "found:    no arrangement\n"},
+        {"start\nmenu mnuWindowCascade\n", "expect arrangement 3", "expected: 3\n  found:    0\n"},
+        {"start\n", "expect active frmMain", "found:    no active child\n"},
+        {"start\n", "expect active Nobody", "expected: Nobody\n  found:    no active child\n"},
+        {"start\nmenu mnuToolsTerminal\ntype Terminal.CommandLine store\n", "key Terminal.CommandLine Enter",
+         "a question came up with no answer queued: \"Store the Programs and Variables from Memory to EEPROM?\""},
+        {kTerminal, "menu mnuToolsTerminal", "frmMain takes no input while Terminal is shown modally"},
+        {kTerminal, "wait-closed Terminal 1s", "Terminal is still shown after 1000ms"},
+        {"", "expect sent", "expect sent takes 1 or more words, not 0"},
+        {"start\n", "fly to the moon", "unknown statement \"fly\""},
+};
 
 // The same kind of checks, right.
 constexpr const char* kRight = R"(scenario "files are bytes in the working directory"
-expect no-file a.txt
 file a.txt "one\r\n\x04"
 expect file a.txt "one\r\n\x04"
 remove a.txt
 expect no-file a.txt
 file marlunecom.ini " 3 \r\n10.0.0.9\r\nCOM7\r\n"
 start
-expect state ControllerLink.linkKind 3
 expect state ControllerLink.linkAddress COM7
 
 scenario "the next scenario starts afresh"
 expect no-file marlunecom.ini
 start
 expect state ControllerLink.linkKind 1
-close frmMain
-expect not-shown frmMain
-expect setting Settings MainLeft "0"
 
 scenario "repeats and the statements read inside a modal showing"
 reply * "OK"
@@ -76,14 +100,10 @@ repeat 2
   end-repeat
 end-repeat
 expect sent A A A A
-expect nothing-sent
 wait 1s
 type Terminal.CommandLine "exit"
 key Terminal.CommandLine Enter
 expect not-shown Terminal
-expect open 1 1 ""
-expect close 1 1
-expect link-idle
 
 scenario "a scenario may end while a form is shown modally"
 start
@@ -92,7 +112,7 @@ wait 2s
 expect shown Terminal
 )";
 
-std::string RunText(const char* text, RunTotals& totals)
+std::string RunText(const std::string& text, RunTotals& totals)
 {
     std::ostringstream out;
     ScenarioRunner runner(out);
@@ -102,73 +122,36 @@ std::string RunText(const char* text, RunTotals& totals)
     return out.str();
 }
 
-TEST(ScenarioRunner, ReportsEveryWrongExpectationWithFileLineAndBothSides)
+// Each row fails at its last line, with a report that holds the row's text; the next row runs.
+TEST(ScenarioRunner, EveryWrongExpectationOrStatementFailsAtItsLineWithBothSides)
 {
-    RunTotals totals;
-    const std::string out = RunText(kWrong, totals);
-    EXPECT_EQ(totals.passed, 0);
-    EXPECT_EQ(totals.failed, 6);
-    for (const char* expected : {
-                 "check.scn:7: scenario \"the wrong command\": expect sent\n  expected: \"X2\"\n  found:    \"X1\"\n",
-                 "check.scn:11: scenario \"the wrong bytes\": expect file a.txt\n  expected: \"two\\r\\n\"\n"
-                 "  found:    \"one\\r\\n\"\n",
-                 "check.scn:17: scenario \"a question nobody answers\": a question came up with no answer queued: "
-                 "\"Store the Programs and Variables from Memory to EEPROM?\"\n",
-                 "check.scn:23: scenario \"the frame takes no input behind the terminal\": frmMain takes no input "
-                 "while "
-                 "Terminal is shown modally\n",
-                 "check.scn:26: scenario \"a state the program does not have\": unknown state Nobody.knows\n",
-                 "check.scn:30: scenario \"an unknown statement\": unknown statement \"fly\"\n",
-         }) {
-        EXPECT_NE(out.find(expected), std::string::npos) << "missing:\n" << expected << "\nin:\n" << out;
+    std::string text;
+    std::vector<std::string> heads;
+    for (std::size_t i = 0; i < std::size(kFailures); ++i) {
+        text += "scenario \"" + std::to_string(i) + "\"\n" + kFailures[i].setup + kFailures[i].statement + "\n";
+        const auto line = std::count(text.begin(), text.end(), '\n');
+        heads.push_back("check.scn:" + std::to_string(line) + ": scenario \"" + std::to_string(i) + "\": ");
     }
-    EXPECT_TRUE(out.ends_with("\n0 passed, 6 failed\n")) << out;
+    RunTotals totals;
+    const std::string out = RunText(text, totals);
+    for (std::size_t i = 0; i < std::size(kFailures); ++i) {
+        const std::size_t at = out.find(heads[i]);
+        ASSERT_NE(at, std::string::npos) << heads[i] << "\nin:\n" << out;
+        const std::string report = out.substr(at, std::min(out.find("\ncheck.scn:", at), out.size() - 1) + 1 - at);
+        EXPECT_NE(report.find(kFailures[i].report), std::string::npos) << kFailures[i].report << "\nin:\n" << report;
+    }
+    EXPECT_EQ(totals.passed, 0);
+    EXPECT_TRUE(out.ends_with("\n0 passed, " + std::to_string(std::size(kFailures)) + " failed\n")) << out;
 }
 
-TEST(ScenarioRunner, RightExpectationsPass)
+// A syntax error fails only the scenario it stands in; a file without scenarios fails.
+TEST(ScenarioRunner, RightExpectationsPassAndASyntaxErrorFailsOnlyItsScenario)
 {
     RunTotals totals;
-    const std::string out = RunText(kRight, totals);
-    EXPECT_EQ(out, "4 passed, 0 failed\n");
-    EXPECT_EQ(totals.failed, 0);
-}
-
-TEST(ScenarioRunner, ASyntaxErrorFailsItsScenarioOnlyAndAFileWithoutScenariosFails)
-{
-    RunTotals totals;
-    const std::string out = RunText("scenario \"bad\"\nrepeat 2\nstart\nscenario \"good\"\nstart\n", totals);
-    EXPECT_EQ(out, "check.scn:2: scenario \"bad\": syntax error: repeat without end-repeat\n1 passed, 1 failed\n");
+    const std::string out = RunText(std::string("scenario \"bad\"\nrepeat 2\nstart\n") + kRight, totals);
+    EXPECT_EQ(out, "check.scn:2: scenario \"bad\": syntax error: repeat without end-repeat\n4 passed, 1 failed\n");
     RunText("# nothing\n", totals);
     EXPECT_EQ(totals.failed, 1);
-}
-
-// Runs the executable on `text` in a file of its own; its output and exit status.
-std::pair<std::string, int> RunExecutable(const std::string& text)
-{
-    const auto dir = std::filesystem::temp_directory_path() / ("marlune-runner-test-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    const auto file = dir / "case.scn";
-    std::ofstream(file, std::ios::binary) << text;
-    std::string output;
-    FILE* pipe = ::popen((std::string(MARLUNE_SCENARIO_EXECUTABLE) + " " + dir.string()).c_str(), "r");
-    char buffer[4096];
-    while (pipe && std::fgets(buffer, sizeof buffer, pipe))
-        output += buffer;
-    const int status = pipe ? ::pclose(pipe) : -1;
-    std::filesystem::remove_all(dir);
-    return {output, WIFEXITED(status) ? WEXITSTATUS(status) : -1};
-}
-
-TEST(ScenarioRunner, TheExecutableExitsWithZeroOnlyWhenNoneFailed)
-{
-    const auto [wrongOut, wrongStatus] = RunExecutable(kWrong);
-    EXPECT_EQ(wrongStatus, 1);
-    EXPECT_NE(wrongOut.find("case.scn:7: scenario \"the wrong command\""), std::string::npos) << wrongOut;
-    EXPECT_TRUE(wrongOut.ends_with("\n0 passed, 6 failed\n")) << wrongOut;
-
-    const auto [rightOut, rightStatus] = RunExecutable(kRight);
-    EXPECT_EQ(rightStatus, 0);
-    EXPECT_EQ(rightOut, "4 passed, 0 failed\n");
 }
 
 } // namespace

@@ -1,10 +1,12 @@
+#include <algorithm>
 #include <array>
-#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "headless/scenario_lexer.h"
 #include "headless/scripted_controller.h"
 
 namespace marlune::headless {
@@ -20,71 +22,60 @@ std::string Exchange(ScriptedController& controller, const std::string& frame)
     return std::string(reply.data());
 }
 
+// A script in the words of the scenario statements (`reply`, `reply-once`, `fail`; "*" for every
+// request), and the exchanges that follow as request and result pairs.
 struct PrecedenceCase {
     std::string name;
-    std::function<void(ScriptedController&)> script;
-    std::vector<std::string> requests; // frames without the CR
-    std::vector<std::string> results;
+    std::string script; // statements separated by ';'
+    std::string exchanges;
 };
 
 void PrintTo(const PrecedenceCase& c, std::ostream* os) { *os << c.name; }
 
 class ReplyPrecedence : public ::testing::TestWithParam<PrecedenceCase> {};
 
+std::vector<std::string> Words(std::string_view line)
+{
+    std::vector<std::string> words;
+    for (const Word& word : LexLine(line).words)
+        words.push_back(word.text);
+    return words;
+}
+
 TEST_P(ReplyPrecedence, FollowsTheScript)
 {
     ScriptedController controller;
-    GetParam().script(controller);
-    std::vector<std::string> results;
-    for (const std::string& request : GetParam().requests)
-        results.push_back(Exchange(controller, request + "\r"));
-    EXPECT_EQ(results, GetParam().results);
+    std::string_view script = GetParam().script;
+    while (!script.empty()) {
+        const std::size_t end = std::min(script.find(';'), script.size());
+        const auto w = Words(script.substr(0, end));
+        script.remove_prefix(std::min(end + 1, script.size()));
+        if (w[0] == "reply")
+            w[1] == "*" ? controller.setDefaultReply(w[2]) : controller.setReply(w[1], w[2]);
+        else if (w[0] == "reply-once")
+            controller.addReplyOnce(w[1], w[2]);
+        else
+            w[1] == "*" ? controller.failAny(std::stoi(w[2])) : controller.failNext(w[1], std::stoi(w[2]));
+    }
+    const auto exchanges = Words(GetParam().exchanges);
+    for (std::size_t i = 0; i + 1 < exchanges.size(); i += 2)
+        EXPECT_EQ(Exchange(controller, exchanges[i] + "\r"), exchanges[i + 1]) << "exchange " << i / 2;
 }
 
 INSTANTIATE_TEST_SUITE_P(
         Scripts, ReplyPrecedence,
-        ::testing::Values(PrecedenceCase{"NothingScriptedGivesAnEmptyReply", [](ScriptedController&) {}, {"???"}, {""}},
-                          PrecedenceCase{"DefaultAnswersWhatHasNoReplyOfItsOwn",
-                                         [](ScriptedController& c) {
-                                             c.setDefaultReply("OK");
-                                             c.setReply("I1", "7");
-                                         },
-                                         {"I1", "I2"},
-                                         {"7", "OK"}},
-                          PrecedenceCase{"ALaterReplyReplacesTheEarlier",
-                                         [](ScriptedController& c) {
-                                             c.setReply("I1", "7");
-                                             c.setReply("I1", "8");
-                                         },
-                                         {"I1", "I1"},
-                                         {"8", "8"}},
-                          PrecedenceCase{"OneTimeRepliesComeFirstOldestFirst",
-                                         [](ScriptedController& c) {
-                                             c.setReply("I48", "5");
-                                             c.addReplyOnce("I48", "1");
-                                             c.addReplyOnce("I48", "2");
-                                         },
-                                         {"I48", "I1", "I48", "I48"},
-                                         {"1", "", "2", "5"}},
-                          PrecedenceCase{"AFailureUsesUpNoReply",
-                                         [](ScriptedController& c) {
-                                             c.addReplyOnce("STORE", "once");
-                                             c.failNext("STORE", 2);
-                                         },
-                                         {"STORE", "I1", "STORE", "STORE", "STORE"},
-                                         {"FAIL", "", "FAIL", "once", ""}},
-                          PrecedenceCase{"FailAnyCountsEveryRequestBeforeTheFailuresOfOne",
-                                         [](ScriptedController& c) {
-                                             c.setDefaultReply("OK");
-                                             c.failNext("I1", 1);
-                                             c.failAny(2);
-                                         },
-                                         {"I2", "I1", "I1", "I1"},
-                                         {"FAIL", "FAIL", "FAIL", "OK"}},
-                          PrecedenceCase{"RequestsMatchOnTheirBytesBeforeTheCr",
-                                         [](ScriptedController& c) { c.setReply("X1", "moved"); },
-                                         {"X1\rY2", "X1 ", "x1"},
-                                         {"moved", "", ""}}),
+        ::testing::Values(
+                PrecedenceCase{"NothingScriptedGivesAnEmptyReply", "", R"(??? "")"},
+                PrecedenceCase{"DefaultAnswersWhatHasNoReplyOfItsOwn", "reply * OK; reply I1 7", "I1 7 I2 OK"},
+                PrecedenceCase{"ALaterReplyReplacesTheEarlier", "reply I1 7; reply I1 8", "I1 8 I1 8"},
+                PrecedenceCase{"OneTimeRepliesComeFirstOldestFirst", "reply I48 5; reply-once I48 1; reply-once I48 2",
+                               R"(I48 1 I1 "" I48 2 I48 5)"},
+                PrecedenceCase{"AFailureUsesUpNoReply", "reply-once STORE once; fail STORE 2",
+                               R"(STORE FAIL I1 "" STORE FAIL STORE once STORE "")"},
+                PrecedenceCase{"FailAnyCountsEveryRequestBeforeTheFailuresOfOne", "reply * OK; fail I1 1; fail * 2",
+                               "I2 FAIL I1 FAIL I1 FAIL I1 OK"},
+                PrecedenceCase{"RequestsMatchOnTheirBytesBeforeTheCr", "reply X1 moved",
+                               R"("X1\rY2" moved "X1 " "" x1 "")"}),
         [](const ::testing::TestParamInfo<PrecedenceCase>& info) { return info.param.name; });
 
 TEST(ScriptedController, OpensReturnTheQueuedHandlesThenOne)
@@ -110,17 +101,13 @@ TEST(ScriptedController, LogsEveryCallInOrder)
     controller.failAny(1);
     controller.sendRecv(2, 1, "X1000\r", reply.data());
     controller.close(2, 1);
-    const auto& calls = controller.calls();
-    ASSERT_EQ(calls.size(), 3u);
-    EXPECT_EQ(calls[0].operation, ComCall::Operation::Open);
-    EXPECT_EQ(calls[0].kind, 2);
-    EXPECT_EQ(calls[0].mode, 0);
-    EXPECT_EQ(calls[0].bytes, "10.0.0.7");
-    EXPECT_EQ(calls[1].operation, ComCall::Operation::Exchange);
-    EXPECT_EQ(calls[1].bytes, "X1000\r");
-    EXPECT_EQ(calls[1].result, 0);
-    EXPECT_EQ(calls[2].operation, ComCall::Operation::Close);
-    EXPECT_EQ(calls[2].handle, 1);
+    std::vector<std::string> log;
+    for (const ComCall& c : controller.calls())
+        log.push_back(std::to_string(static_cast<int>(c.operation)) + " " + std::to_string(c.kind) + " "
+                      + std::to_string(c.mode) + " " + std::to_string(c.handle) + " " + c.bytes + " "
+                      + std::to_string(c.result));
+    // Operations: 0 open, 1 close, 2 exchange.
+    EXPECT_EQ(log, (std::vector<std::string>{"0 2 0 0 10.0.0.7 1", "2 2 0 1 X1000\r 0", "1 2 0 1  1"}));
 }
 
 TEST(ScriptedController, AReplyNeverRunsPastTheBuffer)
