@@ -5,6 +5,7 @@
 #include "link/controller_link.h"
 #include "panel/main_control.h"
 #include "shell/program.h"
+#include "transfer/status.h"
 
 namespace marlune::headless {
 
@@ -23,6 +24,8 @@ F& RequireMade(shell::Program* program, std::string_view name)
 
 panel::MainControl& Panel(shell::Program* program) { return RequireMade<panel::MainControl>(program, "MainControl"); }
 
+transfer::Status& Transfer(shell::Program* program) { return RequireMade<transfer::Status>(program, "Status"); }
+
 struct StateRow {
     std::string_view name;
     std::string (*read)(shell::Program* program);
@@ -38,6 +41,8 @@ constexpr StateRow kStateTable[] = {
         {"ControllerLink.linkHandle", [](shell::Program*) { return std::to_string(link::Link().linkHandle); }},
         {"MainControl.pollSuspended", [](shell::Program* p) { return Bool(Panel(p).pollSuspended); }},
         {"MainControl.dioConfig", [](shell::Program* p) { return std::to_string(Panel(p).dioConfig); }},
+        {"Status.operationResult", [](shell::Program* p) { return std::to_string(Transfer(p).operationResult); }},
+        {"Status.programStr", [](shell::Program* p) { return Transfer(p).programStr; }},
 };
 
 } // namespace
