@@ -62,13 +62,13 @@ TEST(Expression, DivisionByZeroAndOverflowAreReported)
 
 TEST(Expression, OperandNames)
 {
-    EXPECT_EQ(parseOperand("PU")->kind, Operand::Kind::Position);
-    EXPECT_EQ(parseOperand("PU")->index, 3);
-    EXPECT_EQ(parseOperand("EX")->kind, Operand::Kind::Encoder);
-    EXPECT_EQ(parseOperand("DIO24")->index, 24);
-    EXPECT_EQ(parseOperand("I48")->kind, Operand::Kind::I);
-    EXPECT_FALSE(parseOperand("PXX"));
-    EXPECT_FALSE(parseOperand("V"));
+    EXPECT_EQ(ParseOperand("PU")->kind, Operand::Kind::Position);
+    EXPECT_EQ(ParseOperand("PU")->index, 3);
+    EXPECT_EQ(ParseOperand("EX")->kind, Operand::Kind::Encoder);
+    EXPECT_EQ(ParseOperand("DIO24")->index, 24);
+    EXPECT_EQ(ParseOperand("I48")->kind, Operand::Kind::I);
+    EXPECT_FALSE(ParseOperand("PXX"));
+    EXPECT_FALSE(ParseOperand("V"));
 }
 
 } // namespace

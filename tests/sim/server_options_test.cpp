@@ -11,7 +11,7 @@ TEST(ServerOptions, DefaultsServeTcpOnLoopbackAtTheDefaultPort)
 {
     ServerOptions options;
     std::string error;
-    ASSERT_TRUE(parseServerOptions({}, options, error)) << error;
+    ASSERT_TRUE(ParseServerOptions({}, options, error)) << error;
     EXPECT_EQ(options.bindAddress, "127.0.0.1");
     EXPECT_EQ(options.port, kDefaultTcpPort);
     EXPECT_TRUE(options.tcp);
@@ -24,7 +24,7 @@ TEST(ServerOptions, ReadsEveryOption)
 {
     ServerOptions options;
     std::string error;
-    ASSERT_TRUE(parseServerOptions({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after",
+    ASSERT_TRUE(ParseServerOptions({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after",
                                     "60", "--fail", "drop-after=3", "--fail", "slow=20", "--fail", "garbage"},
                                    options, error))
             << error;
@@ -44,7 +44,7 @@ TEST_P(BadOptions, AreRefusedWithAReason)
 {
     ServerOptions options;
     std::string error;
-    EXPECT_FALSE(parseServerOptions(GetParam(), options, error));
+    EXPECT_FALSE(ParseServerOptions(GetParam(), options, error));
     EXPECT_FALSE(error.empty());
 }
 
