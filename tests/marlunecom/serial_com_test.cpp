@@ -78,8 +78,8 @@ TEST_F(ComFolderTest, ALinkToAMissingDeviceFailsTheOpen)
 
 TEST_F(ComFolderTest, ReadsTheStatusRecordFromTheSimulatorsPseudoTerminal)
 {
-    testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--pty", "--pty-link",
-                                                           (folder / "COM1").string(), "--exit-after", "60"});
+    marlune::testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--pty", "--pty-link",
+                                                                    (folder / "COM1").string(), "--exit-after", "60"});
     ASSERT_TRUE(simulator.lineAfter("pty ").has_value());
 
     const auto handle = testing::OpenLink(com, kSerial, 0, "COM1");

@@ -65,7 +65,7 @@ protected:
     std::int32_t start(std::vector<std::string> options = {})
     {
         options.insert(options.end(), {"--port", "0", "--exit-after", "60"});
-        simulator = std::make_unique<testing::SimProcess>(MARLUNE_SIM_EXECUTABLE, options);
+        simulator = std::make_unique<marlune::testing::SimProcess>(MARLUNE_SIM_EXECUTABLE, options);
         const auto port = simulator->tcpPort();
         if (!port)
             return 0;
@@ -77,7 +77,7 @@ protected:
         return com.sendRecv(kEthernet, handle, frame, reply.fresh());
     }
 
-    std::unique_ptr<testing::SimProcess> simulator;
+    std::unique_ptr<marlune::testing::SimProcess> simulator;
     TcpCom com{kShortTimeouts};
     testing::ReplyBuffer reply;
 };

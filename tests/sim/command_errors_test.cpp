@@ -1,22 +1,26 @@
 #include "sim_test_support.h"
 
-#include <gtest/gtest.h>
-
 #include <set>
 
 namespace marlune::sim::test {
 namespace {
+
+TEST_P(Converses, AsWritten)
+{
+    Controller c;
+    Play(c, GetParam().steps);
+}
 
 class RefusedCommand : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(RefusedCommand, AnswersWithAQuestionMarkAndAReason)
 {
     Controller c;
-    const std::string before = ask(c, "???");
-    const std::string reply = ask(c, GetParam());
+    const std::string before = Ask(c, "???");
+    const std::string reply = Ask(c, GetParam());
     ASSERT_GT(reply.size(), 2u);
     EXPECT_EQ(reply.front(), '?');
-    EXPECT_EQ(ask(c, "???"), before) << "a refused command changes nothing";
+    EXPECT_EQ(Ask(c, "???"), before) << "a refused command changes nothing";
 }
 
 INSTANTIATE_TEST_SUITE_P(Controller, RefusedCommand,
@@ -25,114 +29,57 @@ INSTANTIATE_TEST_SUITE_P(Controller, RefusedCommand,
                                            "I0=1", "V249=1", "V1=abc", "V1=99999999999", "I1=16777216", "I12=-1",
                                            "PRON=16", "PRON=x", "IPA=1.2.3", "IPA=1.2.3.256", "IPA=", "HOMEX", "STOPQ",
                                            "MECLEARXY", "AI3", "PAUSE1", "CONTINUE1", "CLEAR", "EOX=2", "PX=", "PX1",
-                                           "LISTPROG9", "UPLOAD", "\x01\x02\xff", "EXIT"));
+                                           "LISTPROG9", "UPLOAD", "\x01\x02\xff", "EXIT", "HOMEQ+", "LHOMEX*", "ZHOME+",
+                                           "HOMEXY+", "I48=7"));
 
-TEST(Commands, SettingsAreReadBareAndSetWithOrWithoutEquals)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "HSPD"), "1000");
-    EXPECT_EQ(ask(c, "HSPD2500"), "OK");
-    EXPECT_EQ(ask(c, "LSPD=50"), "OK");
-    EXPECT_EQ(ask(c, "EHSPD100"), "OK");
-    EXPECT_EQ(ask(c, "HSPD"), "2500");
-    EXPECT_EQ(ask(c, "LSPD"), "50");
-    EXPECT_EQ(ask(c, "EHSPD"), "100");
-    EXPECT_EQ(ask(c, "ACCEL"), "300");
-}
-
-TEST(Commands, SmallLettersAndBlanksAreAccepted)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "hspd 1200"), "OK");
-    EXPECT_EQ(ask(c, "Hspd"), "1200");
-    EXPECT_EQ(ask(c, "v 3 = 9"), "OK");
-    EXPECT_EQ(ask(c, "V3"), "9");
-}
-
-TEST(Commands, VariablesKeepTheirValues)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "V248=-2147483648"), "OK");
-    EXPECT_EQ(ask(c, "V248"), "-2147483648");
-    EXPECT_EQ(ask(c, "I22=16777215"), "OK");
-    EXPECT_EQ(ask(c, "I35=-5000"), "OK") << "soft limits may be negative";
-    EXPECT_EQ(ask(c, "I35"), "-5000");
-    EXPECT_EQ(c.iVariable(22), 16777215);
-}
-
-TEST(Commands, IpAddressIsReadAndSetAsText)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "IPA"), "192.168.1.250");
-    EXPECT_EQ(ask(c, "IPA=10.0.0.7"), "OK");
-    EXPECT_EQ(ask(c, "IPA"), "10.0.0.7");
-}
-
-TEST(Commands, DigitalOutputsFollowTheDirectionWord)
-{
-    Controller c;
-    ask(c, "I12=16");
-    EXPECT_EQ(ask(c, "DIO5=1"), "OK");
-    EXPECT_EQ(ask(c, "DIO5"), "1");
-    EXPECT_EQ(ask(c, "DIO"), "16");
-    ask(c, "I12=0");
-    EXPECT_EQ(ask(c, "DIO5"), "0") << "an input shows its input level";
-}
-
-TEST(Commands, EnableAndClearOutputsAndTheJoystickFlag)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "EOU=1"), "OK");
-    EXPECT_EQ(ask(c, "COX=1"), "OK");
-    EXPECT_EQ(ask(c, "EOU"), "1");
-    EXPECT_EQ(statusField(c, 18) & 0xFF, 0x18);
-    EXPECT_EQ(ask(c, "COX=0"), "OK");
-    EXPECT_EQ(statusField(c, 18) & 0xFF, 0x08);
-    EXPECT_EQ(ask(c, "JOYON"), "OK");
-    EXPECT_EQ(statusField(c, 27), 1);
-    EXPECT_EQ(ask(c, "JOYOFF"), "OK");
-    EXPECT_EQ(statusField(c, 27), 0);
-}
+// clang-format off
+const Conversation kCommands[] = {
+    {"SettingsAreReadBareAndSetWithOrWithoutEquals", {
+        {"HSPD", "1000"}, {"HSPD2500"}, {"LSPD=50"}, {"EHSPD100"}, {"EACCEL7"}, {"HSPD", "2500"}, {"LSPD", "50"},
+        {"EHSPD", "100"}, {"EACCEL", "7"}, {"ACCEL", "300"}, {"ELSPD-1", "?ELSPD takes 0 to 6000000"},
+        {"ACCEL65001", "?ACCEL takes 0 to 65000"}}},
+    {"SmallLettersAndBlanksAreAccepted", {
+        {"hspd 1200"}, {"Hspd", "1200"}, {"v 3 = 9"}, {"V3", "9"}}},
+    {"EmptyCommandGetsAnEmptyReply", {
+        {"", ""}, {"   ", ""}}},
+    {"VariablesKeepTheirValues", {
+        {"V248=-2147483648"}, {"V248", "-2147483648"}, {"I22=16777215"}, {"I22", "16777215"}, {"I35=-5000"},
+        {"I35", "-5000"}}},
+    {"IpAddressIsReadAndSetAsText", {
+        {"IPA", "192.168.1.250"}, {"IPA=10.0.0.7"}, {"IPA", "10.0.0.7"}}},
+    {"DigitalOutputsFollowTheDirectionWord", {
+        {"I12=16"}, {"DIO5=1"}, {"DIO5", "1"}, {"DIO", "16"}, {"I12=0"}, {"DIO5", "0"}}},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(Commands, Converses, ::testing::ValuesIn(kCommands), NameOf);
 
 TEST(Commands, AnalogInputsMoveWithTheClockWithinTwelveBits)
 {
     Controller c;
     std::set<std::string> seen;
     for (int t = 0; t < 20; ++t) {
-        c.advanceTo(ms(t * 500));
-        const int value = std::stoi(ask(c, "AI1"));
+        c.advanceTo(Ms(t * 500));
+        const int value = std::stoi(Ask(c, "AI1"));
         EXPECT_GE(value, 0);
         EXPECT_LE(value, 4095);
-        seen.insert(ask(c, "AI2"));
+        seen.insert(Ask(c, "AI2"));
     }
     EXPECT_GT(seen.size(), 5u);
 }
 
-TEST(Commands, EmptyCommandGetsAnEmptyReply)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, ""), "");
-    EXPECT_EQ(ask(c, "   "), "");
-}
-
-TEST(Commands, FailureModesSilenceOrGarbleTheReply)
+TEST(Commands, FailureModesSilenceOrGarbleTheReplyAndTheClockDoesNotGoBack)
 {
     Controller c;
     c.failureModes().noReply = true;
     EXPECT_EQ(c.execute("???"), std::nullopt);
     c.failureModes().noReply = false;
     c.failureModes().garbageReply = true;
-    const std::string reply = ask(c, "???");
+    const std::string reply = Ask(c, "???");
     EXPECT_NE(reply.front(), '@');
     EXPECT_EQ(reply.find('\x04'), std::string::npos);
-}
-
-TEST(Commands, TheClockDoesNotGoBack)
-{
-    Controller c;
-    c.advanceTo(seconds(5));
-    c.advanceTo(seconds(1));
-    EXPECT_EQ(c.now(), seconds(5));
+    c.advanceTo(Seconds(5));
+    c.advanceTo(Seconds(1));
+    EXPECT_EQ(c.now(), Seconds(5));
 }
 
 } // namespace

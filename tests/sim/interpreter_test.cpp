@@ -1,189 +1,84 @@
 #include "sim_test_support.h"
 
-#include <gtest/gtest.h>
-
 namespace marlune::sim::test {
 namespace {
 
-TEST(Interpreter, ALoopProgramRunsItsRoundsAndEnds)
-{
-    Controller c;
-    ask(c, "I12=1");
-    download(c, 1, {"INC", "V1=0", "WHILE V1<3", "X100", "WAITX", "V1=V1+1", "ENDWHILE", "DIO1=1", "END", "V1=99"});
-    ASSERT_EQ(ask(c, "RUN1"), "OK");
-    c.advanceTo(ms(100));
-    EXPECT_EQ(c.programState(1), ProgramState::Running);
-    EXPECT_EQ(c.programLine(1), 5) << "waiting for X";
-    c.advanceTo(seconds(10));
-    EXPECT_EQ(c.programState(1), ProgramState::Idle);
-    EXPECT_EQ(c.programLine(1), 0);
-    EXPECT_EQ(c.vVariable(1), 3);
-    EXPECT_EQ(c.position(AxisId::X), 300);
-    EXPECT_EQ(c.digitalWord(), 1u);
-}
-
-TEST(Interpreter, TheCurrentLineMovesOneLineAMillisecond)
-{
-    Controller c;
-    download(c, 2, {"V1=1", "V2=2", "V3=3", "DELAY 1000"});
-    ask(c, "RUN2");
-    std::vector<int> lines;
-    for (int t = 0; t <= 4; ++t) {
-        c.advanceTo(ms(t));
-        lines.push_back(c.programLine(2));
-    }
-    EXPECT_EQ(lines, (std::vector<int>{1, 2, 3, 4, 4}));
-}
-
-TEST(Interpreter, DelayWaitsTheGivenMilliseconds)
-{
-    Controller c;
-    download(c, 1, {"V9=250*2", "DELAY=V9", "V2=1"});
-    ask(c, "RUN1");
-    c.advanceTo(ms(500));
-    EXPECT_EQ(c.vVariable(2), 0);
-    c.advanceTo(ms(502));
-    EXPECT_EQ(c.vVariable(2), 1);
-}
-
-TEST(Interpreter, IfElseTakesOneBranch)
-{
-    Controller c;
-    download(c, 1, {"V1=7", "IF V1>5", "V2=1", "ELSE", "V2=2", "ENDIF", "IF V1==3", "V3=1", "ELSE", "V3=2", "ENDIF"});
-    ask(c, "RUN1");
-    c.advanceTo(seconds(1));
-    EXPECT_EQ(c.vVariable(2), 1);
-    EXPECT_EQ(c.vVariable(3), 2);
-}
+// PSTAT answers: state (0 idle, 1 running, 2 error, 3 paused, 4 warning), current line,
+// open for writing, number of lines. A program takes one line a millisecond.
+// clang-format off
+const Conversation kPrograms[] = {
+    {"ALoopProgramRunsItsRoundsAndEnds", {
+        {"I12=1"}, {"OPENPROG1"}, {"INC"}, {"V1=0"}, {"WHILE V1<3"}, {"X100"}, {"WAITX"}, {"V1=V1+1"}, {"ENDWHILE"},
+        {"DIO1=1"}, {"END"}, {"V1=99"}, {"CLOSE"}, {"RUN1"}, {"@100"}, {"PSTAT1", "1,5,0,10"}, {"@10000"},
+        {"PSTAT1", "0,0,0,10"}, {"V1", "3"}, {"PX", "300"}, {"DIO", "1"}}},
+    {"TheCurrentLineMovesOneLineAMillisecond", {
+        {"OPENPROG2"}, {"V1=1"}, {"V2=2"}, {"V3=3"}, {"DELAY 1000"}, {"CLOSE"}, {"RUN2"}, {"PSTAT2", "1,1,0,4"}, {"@1"},
+        {"PSTAT2", "1,2,0,4"}, {"@2"}, {"PSTAT2", "1,3,0,4"}, {"@3"}, {"PSTAT2", "1,4,0,4"}, {"@4"},
+        {"PSTAT2", "1,4,0,4"}}},
+    {"DelayWaitsTheGivenMilliseconds", {
+        {"OPENPROG1"}, {"V9=250*2"}, {"DELAY=V9"}, {"V2=1"}, {"CLOSE"}, {"RUN1"}, {"@500"}, {"V2", "0"}, {"@502"},
+        {"V2", "1"}}},
+    {"IfElseTakesOneBranch", {
+        {"OPENPROG1"}, {"V1=7"}, {"IF V1>5"}, {"V2=1"}, {"ELSE"}, {"V2=2"}, {"ENDIF"}, {"IF V1==3"}, {"V3=1"}, {"ELSE"},
+        {"V3=2"}, {"ENDIF"}, {"CLOSE"}, {"RUN1"}, {"@1000"}, {"V2", "1"}, {"V3", "2"}}},
+    {"MovesTakeTargetsFromVariables", {
+        {"OPENPROG1"}, {"V5=-700"}, {"ABS"}, {"XV5Y-V5"}, {"WAIT"}, {"V6=PY"}, {"CLOSE"}, {"RUN1"}, {"@10000"},
+        {"PX", "-700"}, {"V6", "700"}}},
+    {"ARunTimeFaultStopsTheProgramWithAMessage", {
+        {"OPENPROG4"}, {"V1=0"}, {"V2=10/V1"}, {"V3=1"}, {"CLOSE"}, {"RUN4"}, {"@1000"}, {"PSTAT4", "2,2,0,3"},
+        {"PEMSG4", "Line 2: division by zero"}, {"V3", "0"}, {"PECLEAR4"}, {"PSTAT4", "0,0,0,3"},
+        {"PEMSG4", "No error"}}},
+    {"AProgramThatDoesNotCompileIsRefusedAtRun", {
+        {"OPENPROG1"}, {"V1=1"}, {"WHILE V1<3"}, {"FROB"}, {"ENDWHILE"}, {"CLOSE"},
+        {"RUN1", "?Program 1 line 3: unknown command \"FROB\""}, {"PSTAT1", "2,3,0,4"}}},
+    {"UnbalancedBlocksAndCommandsOfTheCommandLineAreRefused", {
+        {"OPENPROG1"}, {"WHILE 1"}, {"OPENPROG2"}, {"ENDWHILE"}, {"OPENPROG3"}, {"IF 1"}, {"ENDWHILE"}, {"OPENPROG4"},
+        {"ELSE"}, {"CLOSE"}, {"RUN1", "?Program 1 line 1: WHILE without ENDWHILE"},
+        {"RUN2", "?Program 2 line 1: ENDWHILE without WHILE"}, {"RUN3", "?Program 3 line 2: ENDWHILE without WHILE"},
+        {"RUN4", "?Program 4 line 1: ELSE without IF"}, {"OPENPROG1"}, {"CLEAR"}, {"STORE"}, {"CLOSE"},
+        {"RUN1", "?Program 1 line 1: \"STORE\" cannot be used in a program"}}},
+    {"ADeviceFaultIsAWarningAndTheProgramGoesOn", {
+        {"OPENPROG1"}, {"DIO5=1"}, {"DELAY 100"}, {"V1=1"}, {"CLOSE"}, {"RUN1"}, {"@10"}, {"PSTAT1", "4,2,0,3"},
+        {"PEMSG1", "Line 1: DIO5 is an input (see I12)"}, {"@1000"}, {"V1", "1"}, {"PSTAT1", "0,0,0,3"}}},
+    {"PauseHoldsTheProgramAndContinueResumesIt", {
+        {"OPENPROG1"}, {"V1=0"}, {"WHILE V1<1000"}, {"V1=V1+1"}, {"ENDWHILE"}, {"CLOSE"}, {"RUN1"}, {"@30"}, {"PAUSE1"},
+        {"V1", "10"}, {"@500"}, {"V1", "10"}, {"PSTAT1", "3,4,0,4"}, {"RUN1", "?*"}, {"CONTINUE1"}, {"@10000"},
+        {"V1", "1000"}, {"CONTINUE1", "?*"}}},
+    {"QuitStopsAProgramAndFourProgramsRunSideBySide", {
+        {"OPENPROG1"}, {"WHILE 1"}, {"V1=V1+1"}, {"ENDWHILE"}, {"OPENPROG3"}, {"WHILE 1"}, {"V3=V3+1"}, {"ENDWHILE"},
+        {"OPENPROG2"}, {"WHILE 1"}, {"V2=V2+1"}, {"ENDWHILE"}, {"OPENPROG4"}, {"V4=1"}, {"QUIT2"}, {"DELAY 100"},
+        {"QUIT4"}, {"V4=2"}, {"CLOSE"}, {"RUN1"}, {"RUN2"}, {"RUN3"}, {"RUN4"}, {"@300"}, {"PSTAT1", "1,*"},
+        {"PSTAT2", "0,0,0,3"}, {"PSTAT4", "0,0,0,5"}, {"V4", "1"}, {"V1", "100"}, {"V3", "100"}, {"QUIT1"}, {"@600"},
+        {"V1", "100"}, {"V3", "200"}}},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(Interpreter, Converses, ::testing::ValuesIn(kPrograms), NameOf);
 
 TEST(Interpreter, ProgramsReadPositionsInputsAndVariables)
 {
     Controller c;
-    ask(c, "PX=1234");
+    Ask(c, "PX=1234");
     c.setDigitalInput(2, true);
-    download(c, 1, {"V1=PX-34", "V2=DIO2*10+DIO3", "V3=(V1+V2)/4", "V4=-V3"});
-    ask(c, "RUN1");
-    c.advanceTo(seconds(1));
+    Download(c, 1, {"V1=PX-34", "V2=DIO2*10+DIO3", "V3=(V1+V2)/4", "V4=-V3"});
+    Ask(c, "RUN1");
+    c.advanceTo(Seconds(1));
     EXPECT_EQ(c.vVariable(1), 1200);
     EXPECT_EQ(c.vVariable(2), 10);
     EXPECT_EQ(c.vVariable(3), 302);
     EXPECT_EQ(c.vVariable(4), -302);
 }
 
-TEST(Interpreter, MovesTakeTargetsFromVariables)
-{
-    Controller c;
-    download(c, 1, {"V5=-700", "ABS", "XV5Y-V5", "WAIT", "V6=PY"});
-    ask(c, "RUN1");
-    c.advanceTo(seconds(10));
-    EXPECT_EQ(c.position(AxisId::X), -700);
-    EXPECT_EQ(c.vVariable(6), 700);
-}
-
-TEST(Interpreter, ARunTimeFaultStopsTheProgramWithAMessage)
-{
-    Controller c;
-    download(c, 4, {"V1=0", "V2=10/V1", "V3=1"});
-    ask(c, "RUN4");
-    c.advanceTo(seconds(1));
-    EXPECT_EQ(c.programState(4), ProgramState::Errored);
-    EXPECT_EQ(c.programLine(4), 2);
-    EXPECT_EQ(ask(c, "PEMSG4"), "Line 2: division by zero");
-    EXPECT_EQ(c.vVariable(3), 0);
-    EXPECT_EQ(ask(c, "PECLEAR4"), "OK");
-    EXPECT_EQ(c.programState(4), ProgramState::Idle);
-    EXPECT_EQ(ask(c, "PEMSG4"), "No error");
-}
-
-TEST(Interpreter, AProgramThatDoesNotCompileIsRefusedAtRun)
-{
-    Controller c;
-    download(c, 1, {"V1=1", "WHILE V1<3", "FROB", "ENDWHILE"});
-    const std::string reply = ask(c, "RUN1");
-    EXPECT_EQ(reply.front(), '?');
-    EXPECT_NE(reply.find("line 3"), std::string::npos) << reply;
-    EXPECT_EQ(c.programState(1), ProgramState::Errored);
-    EXPECT_EQ(c.programLine(1), 3);
-}
-
-TEST(Interpreter, UnbalancedBlocksAreRefused)
-{
-    for (const auto& lines : {std::vector<std::string_view>{"WHILE 1"}, std::vector<std::string_view>{"ENDWHILE"},
-                              std::vector<std::string_view>{"IF 1", "ENDWHILE"}, std::vector<std::string_view>{"ELSE"},
-                              std::vector<std::string_view>{"STORE"}}) {
-        Controller c;
-        ask(c, "OPENPROG1");
-        for (const auto line : lines)
-            ask(c, line);
-        ask(c, "CLOSE");
-        EXPECT_EQ(ask(c, "RUN1").front(), '?') << lines.front();
-    }
-}
-
-TEST(Interpreter, ADeviceFaultIsAWarningAndTheProgramGoesOn)
-{
-    Controller c;
-    download(c, 1, {"DIO5=1", "DELAY 100", "V1=1"});
-    ask(c, "RUN1");
-    c.advanceTo(ms(10));
-    EXPECT_EQ(c.programState(1), ProgramState::Warning);
-    EXPECT_NE(ask(c, "PEMSG1").find("input"), std::string::npos);
-    c.advanceTo(seconds(1));
-    EXPECT_EQ(c.vVariable(1), 1);
-    EXPECT_EQ(c.programState(1), ProgramState::Idle);
-}
-
-TEST(Interpreter, PauseHoldsTheProgramAndContinueResumesIt)
-{
-    Controller c;
-    download(c, 1, {"V1=0", "WHILE V1<1000", "V1=V1+1", "ENDWHILE"});
-    ask(c, "RUN1");
-    c.advanceTo(ms(30));
-    EXPECT_EQ(ask(c, "PAUSE1"), "OK");
-    const auto held = c.vVariable(1);
-    c.advanceTo(ms(500));
-    EXPECT_EQ(c.vVariable(1), held);
-    EXPECT_EQ(c.programState(1), ProgramState::Paused);
-    EXPECT_EQ(ask(c, "RUN1").front(), '?');
-    EXPECT_EQ(ask(c, "CONTINUE1"), "OK");
-    c.advanceTo(seconds(10));
-    EXPECT_EQ(c.vVariable(1), 1000);
-    EXPECT_EQ(ask(c, "CONTINUE1").front(), '?');
-}
-
-TEST(Interpreter, QuitStopsAProgramAndFourProgramsRunSideBySide)
-{
-    Controller c;
-    download(c, 1, {"WHILE 1", "V1=V1+1", "ENDWHILE"});
-    download(c, 2, {"WHILE 1", "V2=V2+1", "ENDWHILE"});
-    download(c, 3, {"WHILE 1", "V3=V3+1", "ENDWHILE"});
-    download(c, 4, {"V4=1", "QUIT2", "DELAY 100", "QUIT4", "V4=2"});
-    for (const char* run : {"RUN1", "RUN2", "RUN3", "RUN4"})
-        ASSERT_EQ(ask(c, run), "OK");
-    c.advanceTo(ms(300));
-    EXPECT_EQ(c.programState(1), ProgramState::Running);
-    EXPECT_EQ(c.programState(2), ProgramState::Idle);
-    EXPECT_EQ(c.programState(4), ProgramState::Idle) << "a program may quit itself";
-    EXPECT_EQ(c.vVariable(4), 1);
-    EXPECT_EQ(c.vVariable(1), c.vVariable(3));
-    EXPECT_EQ(ask(c, "QUIT1"), "OK");
-    const auto v1 = c.vVariable(1);
-    c.advanceTo(ms(600));
-    EXPECT_EQ(c.vVariable(1), v1);
-    EXPECT_GT(c.vVariable(3), v1);
-}
-
 TEST(Interpreter, TheSameCommandsAtTheSameTimesGiveTheSameReplies)
 {
     const auto session = [] {
         Controller c;
-        download(c, 1, {"INC", "WHILE V1<20", "X37Y-11", "WAIT", "V1=V1+1", "DELAY V1*3", "ENDWHILE"});
-        ask(c, "RUN1");
+        Download(c, 1, {"INC", "WHILE V1<20", "X37Y-11", "WAIT", "V1=V1+1", "DELAY V1*3", "ENDWHILE"});
+        Ask(c, "RUN1");
         std::vector<std::string> replies;
         for (int t = 1; t <= 60; ++t) {
-            c.advanceTo(ms(t * 97));
-            replies.push_back(ask(c, "???"));
-            replies.push_back(ask(c, "AI1") + "," + ask(c, "AI2"));
+            c.advanceTo(Ms(t * 97));
+            replies.push_back(Ask(c, "???"));
+            replies.push_back(Ask(c, "AI1") + "," + Ask(c, "AI2"));
         }
         return replies;
     };

@@ -1,17 +1,15 @@
 #include "sim_test_support.h"
 
-#include <gtest/gtest.h>
-
 namespace marlune::sim::test {
 namespace {
 
 TEST(StatusRecord, HasTwentyEightFieldsWithTheirTerminators)
 {
     Controller c;
-    const std::string record = ask(c, "???");
+    const std::string record = Ask(c, "???");
     ASSERT_EQ(record.front(), '@');
     std::string terminators;
-    const auto fields = statusFields(record, &terminators);
+    const auto fields = StatusFields(record, &terminators);
     ASSERT_EQ(fields.size(), 28u);
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const bool endsWithPoint = i == 16 || i == 27;
@@ -24,20 +22,20 @@ TEST(StatusRecord, HasTwentyEightFieldsWithTheirTerminators)
 TEST(StatusRecord, FieldsSitInTheirPlaces)
 {
     Controller c;
-    ask(c, "PX=11");
-    ask(c, "PU=-44");
-    ask(c, "EZ=33");
-    ask(c, "I12=24"); // points 4 and 5 are outputs
-    ask(c, "DIO5=1");
+    Ask(c, "PX=11");
+    Ask(c, "PU=-44");
+    Ask(c, "EZ=33");
+    Ask(c, "I12=24"); // points 4 and 5 are outputs
+    Ask(c, "DIO5=1");
     c.setDigitalInput(1, true);
     c.setDigitalInput(4, true); // an output: its input level does not show
-    ask(c, "EOX=1");
-    ask(c, "COY=1");
-    ask(c, "JOYON");
-    download(c, 3, {"V1=1", "DELAY 5000"});
-    ask(c, "RUN3");
-    c.advanceTo(ms(10));
-    const auto f = statusFields(ask(c, "???"));
+    Ask(c, "EOX=1");
+    Ask(c, "COY=1");
+    Ask(c, "JOYON");
+    Download(c, 3, {"V1=1", "DELAY 5000"});
+    Ask(c, "RUN3");
+    c.advanceTo(Ms(10));
+    const auto f = StatusFields(Ask(c, "???"));
     EXPECT_EQ(f[0], "11");
     EXPECT_EQ(f[3], "-44");
     EXPECT_EQ(f[6], "33");
@@ -50,6 +48,21 @@ TEST(StatusRecord, FieldsSitInTheirPlaces)
     EXPECT_EQ(f[18], "0");
     EXPECT_EQ(f[26], "1");
     EXPECT_EQ(f[27], "0");
+}
+
+TEST(StatusRecord, ShowsTheEnableAndClearOutputsAndTheJoystick)
+{
+    Controller c;
+    EXPECT_EQ(Ask(c, "EOU=1"), "OK");
+    EXPECT_EQ(Ask(c, "COX=1"), "OK");
+    EXPECT_EQ(Ask(c, "EOU"), "1");
+    EXPECT_EQ(StatusField(c, 18) & 0xFF, 0x18);
+    EXPECT_EQ(Ask(c, "COX=0"), "OK");
+    EXPECT_EQ(StatusField(c, 18) & 0xFF, 0x08);
+    EXPECT_EQ(Ask(c, "JOYON"), "OK");
+    EXPECT_EQ(StatusField(c, 27), 1);
+    EXPECT_EQ(Ask(c, "JOYOFF"), "OK");
+    EXPECT_EQ(StatusField(c, 27), 0);
 }
 
 } // namespace
