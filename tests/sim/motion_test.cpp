@@ -68,12 +68,10 @@ const Conversation kMotion[] = {
         {"PX", "1000"}, {"PU", "4000"}}},
     {"IncrementalMovesAddToThePosition", {
         {"INC"}, {"X500"}, {"@5000"}, {"X-200"}, {"@10000"}, {"PX", "300"}, {"ABS"}, {"X0"}, {"@15000"}, {"PX", "0"}}},
-    {"AMoveOfAMovingAxisIsRefusedAndNoAxisOfTheCommandStarts", {
-        {"X5000"}, {"Y100X100", "?*"}, {"@1000"}, {"PY", "0"}}},
+    {"AMoveOfAMovingAxisIsRefusedAndNoAxisOfTheCommandStarts", {{"X5000"}, {"Y100X100", "?*"}, {"@1000"}, {"PY", "0"}}},
     {"PositionSetMovesTheCounterNotTheAxis", {
         {"PX=1000"}, {"EU=-25"}, {"PX", "1000"}, {"EU", "-25"}, {"X1500"}, {"@5000"}, {"PX", "1500"}, {"EX", "500"}}},
-    {"StopHaltsAtOnceWhereTheAxisIs", {
-        {"X10000"}, {"@5000"}, {"STOPX"}, {"PX", "4865"}, {"@6000"}, {"PX", "4865"}}},
+    {"StopHaltsAtOnceWhereTheAxisIs", {{"X10000"}, {"@5000"}, {"STOPX"}, {"PX", "4865"}, {"@6000"}, {"PX", "4865"}}},
     {"StopWithoutAnAxisStopsAllAndAbortStopsProgramsToo", {
         {"X5000Y5000"}, {"@1000"}, {"STOP"}, {"PY", "865"}, {"OPENPROG1"}, {"INC"}, {"WHILE 1"}, {"X10"}, {"WAITX"},
         {"ENDWHILE"}, {"CLOSE"}, {"RUN1"}, {"@2000"}, {"PSTAT1", "1,*"}, {"ABORT"}, {"PSTAT1", "0,0,0,5"},
@@ -82,7 +80,7 @@ const Conversation kMotion[] = {
 // clang-format on
 INSTANTIATE_TEST_SUITE_P(Motion, Converses, ::testing::ValuesIn(kMotion), NameOf);
 
-TEST(Motion, RunningIntoALimitStopsThereWithALimitErrorUntilCleared)
+TEST(Motion, ALimitOrTheAlarmInputStopsTheAxisWithAnErrorUntilCleared)
 {
     Controller c;
     Ask(c, "HSPD100000");
@@ -96,13 +94,8 @@ TEST(Motion, RunningIntoALimitStopsThereWithALimitErrorUntilCleared)
     EXPECT_EQ(Ask(c, "X1000001").front(), '?') << "further into the active limit";
     Ask(c, "MECLEARX");
     EXPECT_EQ(Ask(c, "X0"), "OK");
-}
 
-TEST(Motion, AlarmInputStopsTheAxisAndHoldsAnAlarmErrorWhileActive)
-{
-    Controller c;
-    Ask(c, "X5000");
-    c.advanceTo(Seconds(1));
+    // The alarm input stops the axis, and its error holds while the input is active.
     c.setAlarmInput(AxisId::X, true);
     EXPECT_FALSE(c.axisMoving(AxisId::X));
     EXPECT_EQ(c.axisStatus(AxisId::X) & (kAlarmInput | kAlarmError), kAlarmInput | kAlarmError);
@@ -126,6 +119,59 @@ TEST(Motion, RampStopDeceleratesToTheLowSpeedOverTheRampTime)
     EXPECT_FALSE(c.axisMoving(AxisId::X));
     // From 1000 down to 100 pulses/s in 0.3 s covers 165 pulses.
     EXPECT_EQ(c.position(AxisId::X), where + 165);
+}
+
+struct HomingCase {
+    const char* command;
+    std::uint32_t bitsAfter; // switch and error bits expected once the axis rests
+    std::int64_t positionAfter;
+};
+
+class Homing : public ::testing::TestWithParam<HomingCase> {};
+
+// The switches sit at fixed places of the travel: home switch 10000-10999,
+// limits at ±1000000, an index pulse every 4000 pulses; the axes start at 0.
+TEST_P(Homing, FindsItsSwitchAndSetsTheCounterToZero)
+{
+    Controller c;
+    Ask(c, "HSPD200000");
+    Ask(c, "PX=777");
+    ASSERT_EQ(Ask(c, GetParam().command), "OK");
+    c.advanceTo(Ms(1));
+    EXPECT_TRUE(c.axisMoving(AxisId::X));
+    c.advanceTo(Seconds(60));
+    EXPECT_FALSE(c.axisMoving(AxisId::X));
+    const std::uint32_t watched = kHomeSwitch | kPlusLimit | kMinusLimit | kPlusLimitError | kMinusLimitError;
+    EXPECT_EQ(c.axisStatus(AxisId::X) & watched, GetParam().bitsAfter);
+    EXPECT_EQ(c.position(AxisId::X), GetParam().positionAfter);
+    if (GetParam().positionAfter == 0) {
+        EXPECT_EQ(c.encoder(AxisId::X), 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(ThreeModes, Homing,
+                         ::testing::Values(HomingCase{"HOMEX+", kHomeSwitch, 0},
+                                           // The home switch lies behind: the search ends on the limit, with an error.
+                                           HomingCase{"HOMEX-", kMinusLimit | kMinusLimitError, -1'000'000 + 777},
+                                           HomingCase{"LHOMEX+", kPlusLimit, 0}, HomingCase{"LHOMEX-", kMinusLimit, 0},
+                                           HomingCase{"ZHOMEX+", 0, 0}, HomingCase{"ZHOMEX-", 0, 0}));
+
+TEST(Homing, IndexHomingFromAPulseGoesOnToTheNextOne)
+{
+    Controller c;
+    Ask(c, "PZ=55");
+    Ask(c, "ZHOMEY+");
+    c.advanceTo(Seconds(20));
+    Ask(c, "ZHOMEY+");
+    c.advanceTo(Seconds(40));
+    EXPECT_EQ(Ask(c, "PY"), "0");
+    // The index signal shows in the output and index word: bit 8 plus the axis.
+    EXPECT_NE(StatusField(c, 18) & 0x200, 0);
+    // Two turns of travel: 2000 pulses more reach the home switch at 10000.
+    Ask(c, "Y2000");
+    c.advanceTo(Seconds(60));
+    EXPECT_NE(c.axisStatus(AxisId::Y) & kHomeSwitch, 0u);
+    EXPECT_EQ(c.position(AxisId::Z), 55) << "homing leaves the other axes alone";
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,38 +21,15 @@ inline std::string Ask(Controller& controller, std::string_view command)
     return controller.execute(command).value_or("<none>");
 }
 
-// Downloads a program the way the transfer dialog does.
-inline void Download(Controller& controller, int program, std::initializer_list<std::string_view> lines)
-{
-    controller.execute("CLOSE");
-    controller.execute("OPENPROG" + std::to_string(program));
-    controller.execute("CLEAR");
-    for (const std::string_view line : lines)
-        controller.execute(line);
-    controller.execute("CLOSE");
-}
-
-// The 28 fields of a status record, without their terminators; `terminators`
-// gets the character that ended each.
-inline std::vector<std::string> StatusFields(const std::string& record, std::string* terminators = nullptr)
-{
-    std::vector<std::string> fields(1);
-    for (std::size_t i = 1; i < record.size(); ++i) {
-        if (record[i] != ',' && record[i] != '.') {
-            fields.back().push_back(record[i]);
-            continue;
-        }
-        fields.emplace_back();
-        if (terminators)
-            terminators->push_back(record[i]);
-    }
-    fields.pop_back();
-    return fields;
-}
-
+// Field `number` (from 1) of the status record.
 inline std::int64_t StatusField(Controller& controller, int number)
 {
-    return std::stoll(StatusFields(Ask(controller, "???")).at(static_cast<std::size_t>(number - 1)));
+    std::string record = Ask(controller, "???");
+    std::replace(record.begin(), record.end(), '.', ',');
+    std::size_t start = 1;
+    for (int field = 1; field < number; ++field)
+        start = record.find(',', start) + 1;
+    return std::stoll(record.substr(start, record.find(',', start) - start));
 }
 
 // One step of a conversation: a command and the reply it must get; a reply that ends in
@@ -86,7 +63,7 @@ inline void Play(Controller& controller, const std::vector<Step>& steps)
     }
 }
 
-// Each conversation is played on a fresh controller (the test is in command_errors_test.cpp).
+// Each conversation is played on a fresh controller (the test is in commands_test.cpp).
 class Converses : public ::testing::TestWithParam<Conversation> {};
 
 inline std::string NameOf(const ::testing::TestParamInfo<Conversation>& info) { return info.param.name; }

@@ -4,9 +4,36 @@ namespace marlune::sim::test {
 namespace {
 
 // PSTAT answers: state (0 idle, 1 running, 2 error, 3 paused, 4 warning), current line,
-// open for writing, number of lines. A program takes one line a millisecond.
+// open for writing, number of lines. A program takes one line a millisecond. A write of the
+// EEPROM takes 400 ms, during which the controller answers nothing.
 // clang-format off
 const Conversation kPrograms[] = {
+    {"DownloadedLinesComeBackByPstatUploadAndListAndWereNotCarriedOut", {
+        {"OPENPROG2"}, {"V10=5000"}, {"X1000"}, {"WAITX"}, {"V11=1"}, {"CLOSE"}, {"PSTAT2", "0,0,0,4"},
+        {"UPLOAD2", "V10=5000"}, {"UPLOAD2", "X1000"}, {"PSTAT2", "0,0,0,4"}, {"UPLOAD2", "V10=5000"},
+        {"UPLOAD2", "X1000"}, {"UPLOAD2", "WAITX"}, {"UPLOAD2", "V11=1"}, {"UPLOAD2", "END"},
+        {"LISTPROG2", "V10=5000\r\nX1000\r\nWAITX\r\nV11=1"}, {"listprog2", "V10=5000\r\nX1000\r\nWAITX\r\nV11=1"},
+        {"PX", "0"}, {"V10", "0"}, {"PSTAT3", "0,0,0,0"}, {"UPLOAD3", "END"}}},
+    {"ClearEmptiesOnlyTheOpenProgram", {
+        {"OPENPROG1"}, {"V1=1"}, {"OPENPROG2"}, {"V2=2"}, {"CLEAR"}, {"CLOSE"}, {"PSTAT2", "0,0,0,0"},
+        {"PSTAT1", "0,0,0,1"}}},
+    {"StatusAndListingStillAnswerWhileAProgramIsOpen", {
+        {"OPENPROG4"}, {"???", "@*"}, {"PSTAT4", "0,0,1,0"}, {"LISTPROG4", ""}, {"open prog 4"}, {"X 100 "},
+        {"LISTPROG4", "X 100 "}, {"PX", "OK"}, {"CLOSE"}, {"LISTPROG4", "X 100 \r\nPX"}, {"PX", "0"}}},
+    {"ARunningProgramCannotBeOpened", {
+        {"OPENPROG1"}, {"DELAY 10000"}, {"CLOSE"}, {"RUN1"}, {"OPENPROG1", "?*"}, {"QUIT1"}, {"OPENPROG1"}}},
+    {"ProjectNameKeepsBlanksAndQuotesAndComesBackBetweenQuotes", {
+        {"PROJ", "\"\""}, {"PROJ=\"my \"best\" motion.prj\""}, {"PROJ", "\"my \"best\" motion.prj\""}, {"proj=\"\""},
+        {"PROJ", "\"\""}}},
+    {"ProgramSetIsUnknownUntilStored", {
+        {"PRON", "?*"}, {"PRON=11"}, {"PRON", "11"}, {"PRON=16", "?*"}, {"PRON", "11"}}},
+    {"StoreIsSilentWhileItWritesThenCountsTheWrite", {
+        {"I48", "0"}, {"I48=7", "?*"}, {"STORE"}, {"V1", "<none>"}, {"@399"}, {"$", "<none>"}, {"@400"}, {"$"},
+        {"I48", "1"}, {"STORE"}, {"@800"}, {"I48", "2"}}},
+    {"LoadBringsBackProgramsVariablesAndTheProjectAndIsNoWrite", {
+        {"OPENPROG1"}, {"V1=1"}, {"CLOSE"}, {"V5=42"}, {"I12=255"}, {"PROJ=\"cell 4\""}, {"PRON=1"}, {"STORE"},
+        {"@1000"}, {"OPENPROG1"}, {"CLEAR"}, {"V1=2"}, {"CLOSE"}, {"V5=0"}, {"I12=0"}, {"PROJ=\"other\""}, {"LOAD"},
+        {"LISTPROG1", "V1=1"}, {"V5", "42"}, {"I12", "255"}, {"PROJ", "\"cell 4\""}, {"PRON", "1"}, {"I48", "1"}}},
     {"ALoopProgramRunsItsRoundsAndEnds", {
         {"I12=1"}, {"OPENPROG1"}, {"INC"}, {"V1=0"}, {"WHILE V1<3"}, {"X100"}, {"WAITX"}, {"V1=V1+1"}, {"ENDWHILE"},
         {"DIO1=1"}, {"END"}, {"V1=99"}, {"CLOSE"}, {"RUN1"}, {"@100"}, {"PSTAT1", "1,5,0,10"}, {"@10000"},
@@ -21,6 +48,9 @@ const Conversation kPrograms[] = {
     {"IfElseTakesOneBranch", {
         {"OPENPROG1"}, {"V1=7"}, {"IF V1>5"}, {"V2=1"}, {"ELSE"}, {"V2=2"}, {"ENDIF"}, {"IF V1==3"}, {"V3=1"}, {"ELSE"},
         {"V3=2"}, {"ENDIF"}, {"CLOSE"}, {"RUN1"}, {"@1000"}, {"V2", "1"}, {"V3", "2"}}},
+    {"ProgramsReadPositionsPointsAndVariables", {
+        {"PX=1234"}, {"I12=2"}, {"DIO2=1"}, {"OPENPROG1"}, {"V1=PX-34"}, {"V2=DIO2*10+DIO3"}, {"V3=(V1+V2)/4"},
+        {"V4=-V3"}, {"CLOSE"}, {"RUN1"}, {"@1000"}, {"V1", "1200"}, {"V2", "10"}, {"V3", "302"}, {"V4", "-302"}}},
     {"MovesTakeTargetsFromVariables", {
         {"OPENPROG1"}, {"V5=-700"}, {"ABS"}, {"XV5Y-V5"}, {"WAIT"}, {"V6=PY"}, {"CLOSE"}, {"RUN1"}, {"@10000"},
         {"PX", "-700"}, {"V6", "700"}}},
@@ -52,28 +82,42 @@ const Conversation kPrograms[] = {
         {"V1", "100"}, {"V3", "200"}}},
 };
 // clang-format on
-INSTANTIATE_TEST_SUITE_P(Interpreter, Converses, ::testing::ValuesIn(kPrograms), NameOf);
+INSTANTIATE_TEST_SUITE_P(Programs, Converses, ::testing::ValuesIn(kPrograms), NameOf);
 
-TEST(Interpreter, ProgramsReadPositionsInputsAndVariables)
+TEST(ProgramStorage, AProgramIsFullAfterAThousandLines)
 {
     Controller c;
-    Ask(c, "PX=1234");
-    c.setDigitalInput(2, true);
-    Download(c, 1, {"V1=PX-34", "V2=DIO2*10+DIO3", "V3=(V1+V2)/4", "V4=-V3"});
-    Ask(c, "RUN1");
+    Ask(c, "OPENPROG1");
+    for (int i = 0; i < 1000; ++i)
+        ASSERT_EQ(Ask(c, "V1=1"), "OK");
+    EXPECT_EQ(Ask(c, "V1=1").front(), '?');
+}
+
+TEST(Eeprom, PowerCycleRestoresTheStoredStateAndStartsWhatI1Names)
+{
+    Controller c;
+    Play(c, {{"OPENPROG2"}, {"V7=V7+1"}, {"DIO3=1"}, {"CLOSE"}});
+    Ask(c, "I1=18"); // run program 2 at power-up, joystick on
+    Ask(c, "I12=4"); // point 3 is an output
+    Ask(c, "I13=4"); // and is on at power-up
+    Ask(c, "V7=10");
+    Ask(c, "STORE");
     c.advanceTo(Seconds(1));
-    EXPECT_EQ(c.vVariable(1), 1200);
-    EXPECT_EQ(c.vVariable(2), 10);
-    EXPECT_EQ(c.vVariable(3), 302);
-    EXPECT_EQ(c.vVariable(4), -302);
+    Ask(c, "V7=0");
+    c.powerCycle();
+    EXPECT_EQ(c.programState(2), ProgramState::Running);
+    EXPECT_EQ(c.digitalWord(), 4u);
+    EXPECT_EQ(StatusField(c, 27), 1);
+    c.advanceTo(Seconds(2));
+    EXPECT_EQ(c.vVariable(7), 11);
 }
 
 TEST(Interpreter, TheSameCommandsAtTheSameTimesGiveTheSameReplies)
 {
     const auto session = [] {
         Controller c;
-        Download(c, 1, {"INC", "WHILE V1<20", "X37Y-11", "WAIT", "V1=V1+1", "DELAY V1*3", "ENDWHILE"});
-        Ask(c, "RUN1");
+        Play(c, {{"OPENPROG1"}, {"INC"}, {"WHILE V1<20"}, {"X37Y-11"}, {"WAIT"}, {"V1=V1+1"}, {"DELAY V1*3"}});
+        Play(c, {{"ENDWHILE"}, {"CLOSE"}, {"RUN1"}});
         std::vector<std::string> replies;
         for (int t = 1; t <= 60; ++t) {
             c.advanceTo(Ms(t * 97));
