@@ -13,7 +13,7 @@
 namespace {
 
 using marlune::marlunecom::TcpCom;
-using marlune::marlunecom::testing::SimProcess;
+using marlune::testing::SimProcess;
 
 void BM_TcpStatusExchange(benchmark::State& state)
 {

@@ -6,7 +6,7 @@ namespace marlune::sim {
 
 namespace {
 
-std::int64_t floorDiv(std::int64_t a, std::int64_t b)
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b)
 {
     std::int64_t q = a / b;
     if ((a % b != 0) && ((a < 0) != (b < 0)))
@@ -77,7 +77,7 @@ std::uint32_t Axis::statusWord() const
 bool Axis::indexActive() const
 {
     const std::int64_t at = travel();
-    return at - floorDiv(at, switches::kIndexPitch) * switches::kIndexPitch < switches::kIndexWidth;
+    return at - FloorDiv(at, switches::kIndexPitch) * switches::kIndexPitch < switches::kIndexWidth;
 }
 
 std::string Axis::moveTo(std::int64_t target, const SpeedSettings& speeds)
@@ -102,7 +102,7 @@ std::string Axis::home(HomeMode mode, int direction, const SpeedSettings& speeds
     case HomeMode::LimitSwitch:
         return startMotion(plus ? switches::kPlusLimitAt : switches::kMinusLimitAt, speeds, Arrival::Home);
     case HomeMode::IndexPulse: {
-        const std::int64_t turn = floorDiv(at, switches::kIndexPitch) * switches::kIndexPitch;
+        const std::int64_t turn = FloorDiv(at, switches::kIndexPitch) * switches::kIndexPitch;
         std::int64_t to = plus ? turn + switches::kIndexPitch : turn;
         if (!plus && to == at)
             to -= switches::kIndexPitch;

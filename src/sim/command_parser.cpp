@@ -1,5 +1,7 @@
 #include "command_parser.h"
 
+#include "counts.h"
+
 #include <cctype>
 #include <charconv>
 #include <cstdint>
@@ -9,15 +11,8 @@ namespace marlune::sim {
 
 namespace {
 
-constexpr int kProgramCount = 4;
-constexpr int kICount = 48;
-constexpr int kVCount = 248;
-constexpr int kDioCount = 24;
-
-bool startsWith(std::string_view text, std::string_view prefix) { return text.substr(0, prefix.size()) == prefix; }
-
 // A whole signed decimal number that fits 32 bits.
-std::optional<std::int64_t> parseNumber(std::string_view text)
+std::optional<std::int64_t> ParseNumber(std::string_view text)
 {
     if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
@@ -28,13 +23,22 @@ std::optional<std::int64_t> parseNumber(std::string_view text)
     return value;
 }
 
-std::optional<int> parseIndex(std::string_view text, int high)
+struct OpWord {
+    std::string_view text;
+    Op op;
+};
+
+// The first entry of `table` whose word begins `text`, and in `rest` the text behind that word.
+template <typename Entry, std::size_t N>
+const Entry* MatchPrefix(const Entry (&table)[N], std::string_view text, std::string_view& rest)
 {
-    int value = 0;
-    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || ec != std::errc() || end != text.data() + text.size() || value < 1 || value > high)
-        return std::nullopt;
-    return value;
+    for (const Entry& entry : table) {
+        if (StartsWith(text, entry.text)) {
+            rest = text.substr(entry.text.size());
+            return &entry;
+        }
+    }
+    return nullptr;
 }
 
 class Parser final {
@@ -70,33 +74,29 @@ private:
 
     bool exact()
     {
-        struct Word {
-            std::string_view text;
-            Op op;
-        };
-        static constexpr Word kWords[] = {
+        static constexpr OpWord kWords[] = {
                 {"???", Op::Status},          {"$", Op::StoreStatus},      {"ABS", Op::Absolute},
                 {"INC", Op::Incremental},     {"ABORT", Op::Abort},        {"JOYON", Op::JoyOn},
                 {"JOYOFF", Op::JoyOff},       {"CLOSE", Op::CloseProgram}, {"CLEAR", Op::ClearProgram},
                 {"STORE", Op::Store},         {"LOAD", Op::Load},          {"PROJ", Op::ReadProject},
                 {"PRON", Op::ReadProgramSet}, {"IPA", Op::ReadIp},         {"DIO", Op::ReadDio}};
-        for (const Word& word : kWords) {
+        for (const OpWord& word : kWords) {
             if (text_ == word.text)
                 return set(word.op);
         }
-        if (startsWith(text_, "IPA=")) {
+        if (StartsWith(text_, "IPA=")) {
             c_.text = std::string(text_.substr(4));
             return set(Op::WriteIp);
         }
-        if (startsWith(text_, "PRON=")) {
-            const auto value = parseNumber(text_.substr(5));
+        if (StartsWith(text_, "PRON=")) {
+            const auto value = ParseNumber(text_.substr(5));
             if (!value)
                 return failDone("PRON= needs a number from 0 to 15");
             c_.value = *value;
             return set(Op::WriteProgramSet);
         }
-        if (startsWith(text_, "AI")) {
-            const auto channel = parseIndex(text_.substr(2), 2);
+        if (StartsWith(text_, "AI")) {
+            const auto channel = ParseIndex(text_.substr(2), kAnalogCount);
             if (!channel)
                 return failDone("analog input 1 or 2 expected");
             c_.index = *channel;
@@ -108,25 +108,20 @@ private:
     // Commands with a program number behind them.
     bool programs()
     {
-        struct Word {
-            std::string_view text;
-            Op op;
-        };
-        static constexpr Word kWords[] = {
+        static constexpr OpWord kWords[] = {
                 {"OPENPROG", Op::OpenProgram},  {"LISTPROG", Op::List},     {"PSTAT", Op::ProgramStatus},
                 {"UPLOAD", Op::Upload},         {"RUN", Op::Run},           {"QUIT", Op::Quit},
                 {"PAUSE", Op::Pause},           {"CONTINUE", Op::Continue}, {"PECLEAR", Op::ClearProgramError},
                 {"PEMSG", Op::ReadProgramError}};
-        for (const Word& word : kWords) {
-            if (!startsWith(text_, word.text))
-                continue;
-            const auto program = parseIndex(text_.substr(word.text.size()), kProgramCount);
-            if (!program)
-                return failDone(std::string(word.text) + " needs a program number from 1 to 4");
-            c_.index = *program;
-            return set(word.op);
-        }
-        return false;
+        std::string_view rest;
+        const OpWord* word = MatchPrefix(kWords, text_, rest);
+        if (!word)
+            return false;
+        const auto program = ParseIndex(rest, kProgramCount);
+        if (!program)
+            return failDone(std::string(word->text) + " needs a program number from 1 to 4");
+        c_.index = *program;
+        return set(word->op);
     }
 
     // HSPD, LSPD, ACCEL and their correction twins: bare to read, with a value to set.
@@ -142,22 +137,20 @@ private:
                                           {"HSPD", Setting::High},
                                           {"LSPD", Setting::Low},
                                           {"ACCEL", Setting::Accel}};
-        for (const Word& word : kWords) {
-            if (!startsWith(text_, word.text))
-                continue;
-            c_.setting = word.setting;
-            std::string_view rest = text_.substr(word.text.size());
-            if (rest.empty())
-                return set(Op::ReadSetting);
-            if (rest.front() == '=')
-                rest.remove_prefix(1);
-            const auto value = parseNumber(rest);
-            if (!value)
-                return failDone(std::string(word.text) + " needs a whole number");
-            c_.value = *value;
-            return set(Op::WriteSetting);
-        }
-        return false;
+        std::string_view rest;
+        const Word* word = MatchPrefix(kWords, text_, rest);
+        if (!word)
+            return false;
+        c_.setting = word->setting;
+        if (rest.empty())
+            return set(Op::ReadSetting);
+        if (rest.front() == '=')
+            rest.remove_prefix(1);
+        const auto value = ParseNumber(rest);
+        if (!value)
+            return failDone(std::string(word->text) + " needs a whole number");
+        c_.value = *value;
+        return set(Op::WriteSetting);
     }
 
     bool homing()
@@ -168,46 +161,38 @@ private:
         };
         static constexpr Word kWords[] = {
                 {"ZHOME", HomeMode::IndexPulse}, {"LHOME", HomeMode::LimitSwitch}, {"HOME", HomeMode::HomeSwitch}};
-        for (const Word& word : kWords) {
-            if (!startsWith(text_, word.text))
-                continue;
-            const std::string_view rest = text_.substr(word.text.size());
-            const auto axis = rest.size() == 2 ? axisFromLetter(rest[0]) : std::nullopt;
-            if (!axis || (rest[1] != '+' && rest[1] != '-'))
-                return failDone(std::string(word.text) + " needs an axis and a direction, as in "
-                                + std::string(word.text) + "X+");
-            c_.homeMode = word.mode;
-            c_.axis = *axis;
-            c_.direction = rest[1] == '+' ? 1 : -1;
-            return set(Op::Home);
-        }
-        return false;
+        std::string_view rest;
+        const Word* word = MatchPrefix(kWords, text_, rest);
+        if (!word)
+            return false;
+        const auto axis = rest.size() == 2 ? AxisFromLetter(rest[0]) : std::nullopt;
+        if (!axis || (rest[1] != '+' && rest[1] != '-'))
+            return failDone(std::string(word->text) + " needs an axis and a direction, as in " + std::string(word->text)
+                            + "X+");
+        c_.homeMode = word->mode;
+        c_.axis = *axis;
+        c_.direction = rest[1] == '+' ? 1 : -1;
+        return set(Op::Home);
     }
 
     // STOP, RSTOP and MECLEAR, for one axis or, without a letter, for all.
     bool stops()
     {
-        struct Word {
-            std::string_view text;
-            Op op;
-        };
-        static constexpr Word kWords[] = {
+        static constexpr OpWord kWords[] = {
                 {"RSTOP", Op::RampStop}, {"STOP", Op::Stop}, {"MECLEAR", Op::ClearMotorError}};
-        for (const Word& word : kWords) {
-            if (!startsWith(text_, word.text))
-                continue;
-            const std::string_view rest = text_.substr(word.text.size());
-            if (rest.empty()) {
-                c_.allAxes = true;
-                return set(word.op);
-            }
-            const auto axis = rest.size() == 1 ? axisFromLetter(rest[0]) : std::nullopt;
-            if (!axis)
-                return failDone(std::string(word.text) + " takes one axis letter X, Y, Z or U");
-            c_.axis = *axis;
-            return set(word.op);
+        std::string_view rest;
+        const OpWord* word = MatchPrefix(kWords, text_, rest);
+        if (!word)
+            return false;
+        if (rest.empty()) {
+            c_.allAxes = true;
+            return set(word->op);
         }
-        return false;
+        const auto axis = rest.size() == 1 ? AxisFromLetter(rest[0]) : std::nullopt;
+        if (!axis)
+            return failDone(std::string(word->text) + " takes one axis letter X, Y, Z or U");
+        c_.axis = *axis;
+        return set(word->op);
     }
 
     // EOX, COX, PX, EX: an axis register, read bare or set with "=".
@@ -219,7 +204,7 @@ private:
         const bool enable = head == "EO";
         const bool clear = head == "CO";
         if (enable || clear) {
-            const auto axis = text_.size() >= 3 ? axisFromLetter(text_[2]) : std::nullopt;
+            const auto axis = text_.size() >= 3 ? AxisFromLetter(text_[2]) : std::nullopt;
             if (!axis)
                 return false;
             c_.axis = *axis;
@@ -228,7 +213,7 @@ private:
         }
         if (text_[0] != 'P' && text_[0] != 'E')
             return false;
-        const auto axis = axisFromLetter(text_[1]);
+        const auto axis = AxisFromLetter(text_[1]);
         if (!axis)
             return false;
         c_.axis = *axis;
@@ -249,21 +234,17 @@ private:
         static constexpr Family kFamilies[] = {{"DIO", kDioCount, Op::ReadDio, Op::WriteDio},
                                                {"I", kICount, Op::ReadI, Op::WriteI},
                                                {"V", kVCount, Op::ReadV, Op::WriteV}};
-        for (const Family& family : kFamilies) {
-            if (!startsWith(text_, family.text))
-                continue;
-            std::string_view rest = text_.substr(family.text.size());
-            if (rest.empty() || !std::isdigit(static_cast<unsigned char>(rest.front())))
-                continue;
-            const auto equals = rest.find('=');
-            const auto index = parseIndex(rest.substr(0, equals), family.count);
-            if (!index)
-                return failDone(std::string(family.text) + " numbers run from 1 to " + std::to_string(family.count));
-            c_.index = *index;
-            return readOrWrite(equals == std::string_view::npos ? std::string_view() : rest.substr(equals), family.read,
-                               family.write);
-        }
-        return false;
+        std::string_view rest;
+        const Family* family = MatchPrefix(kFamilies, text_, rest);
+        if (!family || rest.empty() || !std::isdigit(static_cast<unsigned char>(rest.front())))
+            return false;
+        const auto equals = rest.find('=');
+        const auto index = ParseIndex(rest.substr(0, equals), family->count);
+        if (!index)
+            return failDone(std::string(family->text) + " numbers run from 1 to " + std::to_string(family->count));
+        c_.index = *index;
+        return readOrWrite(equals == std::string_view::npos ? std::string_view() : rest.substr(equals), family->read,
+                           family->write);
     }
 
     bool readOrWrite(std::string_view rest, Op read, Op write)
@@ -272,7 +253,7 @@ private:
             return set(read);
         if (rest.front() != '=')
             return failDone("unknown command \"" + std::string(text_) + "\"");
-        const auto value = parseNumber(rest.substr(1));
+        const auto value = ParseNumber(rest.substr(1));
         if (!value)
             return failDone("a whole number is expected behind \"=\"");
         c_.value = *value;
@@ -282,19 +263,19 @@ private:
     // X1000Y-200, XV5: absolute or incremental targets for one or more axes.
     bool moves()
     {
-        if (text_.empty() || !axisFromLetter(text_.front()))
+        if (text_.empty() || !AxisFromLetter(text_.front()))
             return false;
         std::size_t pos = 0;
         while (pos < text_.size()) {
-            const auto axis = axisFromLetter(text_[pos]);
+            const auto axis = AxisFromLetter(text_[pos]);
             if (!axis)
                 return failDone("axis letter expected at \"" + std::string(text_.substr(pos)) + "\"");
-            MoveTarget& target = c_.targets[axisIndex(*axis)];
+            MoveTarget& target = c_.targets[AxisIndex(*axis)];
             if (target.used)
                 return failDone(std::string(1, text_[pos]) + " is named twice");
             ++pos;
             const std::size_t start = pos;
-            while (pos < text_.size() && !axisFromLetter(text_[pos]))
+            while (pos < text_.size() && !AxisFromLetter(text_[pos]))
                 ++pos;
             if (!parseTarget(text_.substr(start, pos - start), target))
                 return failDone("bad target \"" + std::string(text_.substr(start, pos - start)) + "\" for "
@@ -311,14 +292,14 @@ private:
             text.remove_prefix(1);
         }
         if (!text.empty() && text.front() == 'V') {
-            const auto index = parseIndex(text.substr(1), kVCount);
+            const auto index = ParseIndex(text.substr(1), kVCount);
             target.fromVariable = true;
             target.value = index.value_or(0);
             return index.has_value();
         }
         if (text.empty() || text.front() == '-' || text.front() == '+')
             return false;
-        const auto value = parseNumber(text);
+        const auto value = ParseNumber(text);
         target.value = value.value_or(0);
         return value.has_value();
     }
@@ -338,13 +319,13 @@ private:
 
 } // namespace
 
-bool parseCommand(std::string_view text, Command& command, std::string& error)
+bool ParseCommand(std::string_view text, Command& command, std::string& error)
 {
     Parser parser(text, command, error);
     return parser.run();
 }
 
-std::string normaliseCommand(std::string_view raw)
+std::string NormaliseCommand(std::string_view raw)
 {
     std::string text;
     text.reserve(raw.size());
@@ -356,7 +337,7 @@ std::string normaliseCommand(std::string_view raw)
     return text;
 }
 
-bool isProjectNameFrame(std::string_view raw)
+bool IsProjectNameFrame(std::string_view raw)
 {
     static constexpr std::string_view kHead = "PROJ=\"";
     if (raw.size() < kHead.size())
@@ -368,7 +349,7 @@ bool isProjectNameFrame(std::string_view raw)
     return true;
 }
 
-std::string projectNameOf(std::string_view raw)
+std::string ProjectNameOf(std::string_view raw)
 {
     std::string_view name = raw.substr(6);
     while (!name.empty() && (name.back() == '\r' || name.back() == '\n'))

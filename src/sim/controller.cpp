@@ -12,11 +12,27 @@ namespace {
 
 constexpr std::int32_t kMaxSpeed = 6'000'000;
 constexpr std::int32_t kMaxAccelMs = 65'000;
+// The range and the register of each setting, in the order of Setting.
+struct SettingRule {
+    std::string_view name;
+    bool correction;
+    std::int32_t SpeedSettings::*field;
+    std::int64_t low;
+    std::int64_t high;
+};
+constexpr SettingRule kSettingRules[] = {
+        {"HSPD", false, &SpeedSettings::high, 1, kMaxSpeed},
+        {"LSPD", false, &SpeedSettings::low, 0, kMaxSpeed},
+        {"ACCEL", false, &SpeedSettings::accelMs, 0, kMaxAccelMs},
+        {"EHSPD", true, &SpeedSettings::high, 1, kMaxSpeed},
+        {"ELSPD", true, &SpeedSettings::low, 0, kMaxSpeed},
+        {"EACCEL", true, &SpeedSettings::accelMs, 0, kMaxAccelMs},
+};
 // Bytes that mean nothing to the program: no "@", no "?", no terminator.
 constexpr std::string_view kGarbage = "\x15#~\x7f%&\x1b";
 
 // Upper-cases the first letter of an error text.
-std::string errorReply(const std::string& why)
+std::string ErrorReply(const std::string& why)
 {
     std::string text = "?" + why;
     if (text.size() > 1)
@@ -89,28 +105,25 @@ std::optional<std::string> Controller::execute(std::string_view command)
     const Reply reply = handle(command);
     if (failureModes_.garbageReply)
         return std::string(kGarbage);
-    return reply.ok ? reply.text : errorReply(reply.text);
+    return reply.ok ? reply.text : ErrorReply(reply.text);
 }
 
 Controller::Reply Controller::handle(std::string_view raw)
 {
-    if (isProjectNameFrame(raw)) {
+    if (IsProjectNameFrame(raw)) {
         Command command;
         command.op = Op::WriteProject;
-        command.text = projectNameOf(raw);
+        command.text = ProjectNameOf(raw);
         return project(command);
     }
-    const std::string text = normaliseCommand(raw);
+    const std::string text = NormaliseCommand(raw);
     if (text.empty())
         return {true, {}};
     Command command;
     std::string why;
-    const bool parsed = parseCommand(text, command, why);
+    const bool parsed = ParseCommand(text, command, why);
     if (programs_.openProgram()) {
-        // While a program is open its lines are stored; only these act at once.
-        static constexpr Op kImmediate[] = {Op::CloseProgram, Op::OpenProgram,   Op::ClearProgram, Op::Status,
-                                            Op::StoreStatus,  Op::ProgramStatus, Op::List};
-        if (!parsed || std::find(std::begin(kImmediate), std::end(kImmediate), command.op) == std::end(kImmediate)) {
+        if (!parsed || !RuleOf(command.op).whileOpen) {
             std::string line(raw);
             while (!line.empty() && (line.back() == '\r' || line.back() == '\n'))
                 line.pop_back();
@@ -124,64 +137,27 @@ Controller::Reply Controller::handle(std::string_view raw)
 
 Controller::Reply Controller::dispatch(const Command& command)
 {
-    switch (command.op) {
-    case Op::Status: return {true, statusRecord()};
-    case Op::Absolute:
-    case Op::Incremental:
-    case Op::Move:
-    case Op::Home:
-    case Op::Stop:
-    case Op::RampStop:
-    case Op::Abort:
-    case Op::ReadPosition:
-    case Op::WritePosition:
-    case Op::ReadEncoder:
-    case Op::WriteEncoder:
-    case Op::ClearMotorError: return motion(command);
-    case Op::JoyOn:
-    case Op::JoyOff:
-    case Op::ReadDio:
-    case Op::WriteDio:
-    case Op::ReadAxisOutput:
-    case Op::WriteAxisOutput:
-    case Op::ReadAnalog: return io(command);
-    case Op::ReadSetting: return readSetting(command.setting);
-    case Op::WriteSetting: return writeSetting(command.setting, command.value);
-    case Op::ReadI:
-    case Op::WriteI:
-    case Op::ReadV:
-    case Op::WriteV:
-    case Op::ReadIp:
-    case Op::WriteIp:
-    case Op::Store:
-    case Op::Load:
-    case Op::StoreStatus: return memory(command);
-    case Op::Run:
-    case Op::Quit:
-    case Op::Pause:
-    case Op::Continue:
-    case Op::ClearProgramError:
-    case Op::ReadProgramError: return programControl(command);
-    case Op::CloseProgram:
-    case Op::OpenProgram:
-    case Op::ClearProgram:
-    case Op::ProgramStatus:
-    case Op::Upload:
-    case Op::List: return programStorage(command);
-    case Op::ReadProject:
-    case Op::WriteProject:
-    case Op::ReadProgramSet:
-    case Op::WriteProgramSet: return project(command);
+    switch (RuleOf(command.op).group) {
+    case OpGroup::Status: return {true, statusRecord()};
+    case OpGroup::Motion: return motion(command);
+    case OpGroup::Io: return io(command);
+    case OpGroup::Setting:
+        return command.op == Op::ReadSetting ? readSetting(command.setting)
+                                             : writeSetting(command.setting, command.value);
+    case OpGroup::Memory: return memory(command);
+    case OpGroup::ProgramControl: return programControl(command);
+    case OpGroup::ProgramStorage: return programStorage(command);
+    case OpGroup::Project: return project(command);
     }
     return error("command not available");
 }
 
 Controller::Reply Controller::motion(const Command& command)
 {
-    Axis& axis = axes_[axisIndex(command.axis)];
+    Axis& axis = axes_[AxisIndex(command.axis)];
     const auto eachAxis = [&](auto&& action) {
         for (std::size_t i = 0; i < kAxisCount; ++i) {
-            if (command.allAxes || i == axisIndex(command.axis))
+            if (command.allAxes || i == AxisIndex(command.axis))
                 action(axes_[i]);
         }
     };
@@ -241,7 +217,7 @@ Controller::Reply Controller::move(const Command& command)
 
 Controller::Reply Controller::io(const Command& command)
 {
-    const int axis = static_cast<int>(axisIndex(command.axis));
+    const int axis = static_cast<int>(AxisIndex(command.axis));
     switch (command.op) {
     case Op::JoyOn:
     case Op::JoyOff: joystick_ = command.op == Op::JoyOn; return done();
@@ -252,7 +228,7 @@ Controller::Reply Controller::io(const Command& command)
     case Op::WriteDio: return outcome(dio_.write(command.index, command.value, direction()));
     case Op::ReadAxisOutput: return value(axisOutputs_.read(axis, command.clearOutput) ? 1 : 0);
     case Op::WriteAxisOutput: return outcome(axisOutputs_.write(axis, command.clearOutput, command.value));
-    case Op::ReadAnalog: return value(analogReading(command.index, now_));
+    case Op::ReadAnalog: return value(AnalogReading(command.index, now_));
     default: break;
     }
     return error("command not available");
@@ -260,49 +236,20 @@ Controller::Reply Controller::io(const Command& command)
 
 Controller::Reply Controller::readSetting(Setting setting) const
 {
-    switch (setting) {
-    case Setting::High: return value(speeds_.high);
-    case Setting::Low: return value(speeds_.low);
-    case Setting::Accel: return value(speeds_.accelMs);
-    case Setting::CorrectionHigh: return value(correctionSpeeds_.high);
-    case Setting::CorrectionLow: return value(correctionSpeeds_.low);
-    case Setting::CorrectionAccel: return value(correctionSpeeds_.accelMs);
-    }
-    return error("command not available");
+    const SettingRule& rule = kSettingRules[static_cast<std::size_t>(setting)];
+    const SpeedSettings& source = rule.correction ? correctionSpeeds_ : speeds_;
+    return value(source.*rule.field);
 }
 
 Controller::Reply Controller::writeSetting(Setting setting, std::int64_t number)
 {
-    const bool correction = setting == Setting::CorrectionHigh || setting == Setting::CorrectionLow
-                            || setting == Setting::CorrectionAccel;
-    SpeedSettings& target = correction ? correctionSpeeds_ : speeds_;
-    const auto inRange = [&](std::int64_t low, std::int64_t high, const char* name) {
-        return number >= low && number <= high ? Reply{}
-                                               : error(std::string(correction ? "E" : "") + name + " takes "
-                                                       + std::to_string(low) + " to " + std::to_string(high));
-    };
-    Reply check;
-    switch (setting) {
-    case Setting::High:
-    case Setting::CorrectionHigh:
-        check = inRange(1, kMaxSpeed, "HSPD");
-        if (check.ok)
-            target.high = static_cast<std::int32_t>(number);
-        break;
-    case Setting::Low:
-    case Setting::CorrectionLow:
-        check = inRange(0, kMaxSpeed, "LSPD");
-        if (check.ok)
-            target.low = static_cast<std::int32_t>(number);
-        break;
-    case Setting::Accel:
-    case Setting::CorrectionAccel:
-        check = inRange(0, kMaxAccelMs, "ACCEL");
-        if (check.ok)
-            target.accelMs = static_cast<std::int32_t>(number);
-        break;
-    }
-    return check.ok ? done() : check;
+    const SettingRule& rule = kSettingRules[static_cast<std::size_t>(setting)];
+    if (number < rule.low || number > rule.high)
+        return error(std::string(rule.name) + " takes " + std::to_string(rule.low) + " to "
+                     + std::to_string(rule.high));
+    SpeedSettings& target = rule.correction ? correctionSpeeds_ : speeds_;
+    target.*rule.field = static_cast<std::int32_t>(number);
+    return done();
 }
 
 Controller::Reply Controller::writeIpAddress(const std::string& text)
@@ -394,7 +341,7 @@ std::string Controller::statusRecord() const
         status.programLine[static_cast<std::size_t>(program - 1)] = runner(program).currentLine();
     }
     status.joystick = joystick_ ? 1 : 0;
-    return formatStatusRecord(status);
+    return FormatStatusRecord(status);
 }
 
 void Controller::quitAllPrograms()
@@ -409,7 +356,7 @@ std::int64_t Controller::read(const Operand& operand) const
     case Operand::Kind::V: return variables_.v(operand.index);
     case Operand::Kind::I: return iVariable(operand.index);
     case Operand::Kind::Dio: return dio_.read(operand.index, direction()) ? 1 : 0;
-    case Operand::Kind::Analog: return analogReading(operand.index, now_);
+    case Operand::Kind::Analog: return AnalogReading(operand.index, now_);
     case Operand::Kind::Position: return axes_[static_cast<std::size_t>(operand.index)].position();
     case Operand::Kind::Encoder: return axes_[static_cast<std::size_t>(operand.index)].encoder();
     }

@@ -44,10 +44,10 @@ public:
     void powerCycle();
 
     // Read access for tests.
-    std::int64_t position(AxisId axis) const { return axes_[axisIndex(axis)].position(); }
-    std::int64_t encoder(AxisId axis) const { return axes_[axisIndex(axis)].encoder(); }
-    std::uint32_t axisStatus(AxisId axis) const { return axes_[axisIndex(axis)].statusWord(); }
-    bool axisMoving(AxisId axis) const { return axes_[axisIndex(axis)].moving(); }
+    std::int64_t position(AxisId axis) const { return axes_[AxisIndex(axis)].position(); }
+    std::int64_t encoder(AxisId axis) const { return axes_[AxisIndex(axis)].encoder(); }
+    std::uint32_t axisStatus(AxisId axis) const { return axes_[AxisIndex(axis)].statusWord(); }
+    bool axisMoving(AxisId axis) const { return axes_[AxisIndex(axis)].moving(); }
     const std::vector<std::string>& programLines(int program) const { return programs_.lines(program); }
     ProgramState programState(int program) const { return runner(program).state(); }
     int programLine(int program) const { return runner(program).currentLine(); }
@@ -60,7 +60,7 @@ public:
 
     // Simulated inputs, for tests.
     void setDigitalInput(int point, bool on) { dio_.setInput(point, on); }
-    void setAlarmInput(AxisId axis, bool active) { axes_[axisIndex(axis)].setAlarmInput(active); }
+    void setAlarmInput(AxisId axis, bool active) { axes_[AxisIndex(axis)].setAlarmInput(active); }
 
 private:
     struct Reply {

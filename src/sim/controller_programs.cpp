@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kLongestProjectName = 250;
 
-std::string programName(int program) { return "program " + std::to_string(program); }
+std::string ProgramName(int program) { return "program " + std::to_string(program); }
 
 } // namespace
 
@@ -18,22 +18,22 @@ Controller::Reply Controller::programControl(const Command& command)
     switch (command.op) {
     case Op::Run: {
         if (programs_.openProgram() == n)
-            return error(programName(n) + " is open, CLOSE it first");
+            return error(ProgramName(n) + " is open, CLOSE it first");
         if (r.active() || r.state() == ProgramState::Paused)
-            return error(programName(n) + " is running already");
+            return error(ProgramName(n) + " is running already");
         if (programs_.lines(n).empty())
-            return error(programName(n) + " is empty");
+            return error(ProgramName(n) + " is empty");
         return outcome(r.start(programs_.lines(n), n, now_));
     }
     case Op::Quit: r.quit(); return done();
     case Op::Pause:
         if (!r.active())
-            return error(programName(n) + " is not running");
+            return error(ProgramName(n) + " is not running");
         r.pause();
         return done();
     case Op::Continue:
         if (r.state() != ProgramState::Paused)
-            return error(programName(n) + " is not paused");
+            return error(ProgramName(n) + " is not paused");
         r.resume(now_);
         return done();
     case Op::ClearProgramError: r.clearError(); return done();
@@ -50,7 +50,7 @@ Controller::Reply Controller::programStorage(const Command& command)
     case Op::CloseProgram: programs_.close(); return done();
     case Op::OpenProgram:
         if (runner(n).active() || runner(n).state() == ProgramState::Paused)
-            return error(programName(n) + " is running, QUIT it first");
+            return error(ProgramName(n) + " is running, QUIT it first");
         programs_.open(n);
         return done();
     case Op::ClearProgram:

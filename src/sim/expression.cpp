@@ -1,29 +1,15 @@
 #include "expression.h"
 
+#include "axis_id.h"
+#include "counts.h"
+
 #include <cctype>
 #include <charconv>
 #include <cstdint>
 
 namespace marlune::sim {
 
-namespace {
-
-constexpr int kVCount = 248;
-constexpr int kICount = 48;
-constexpr int kDioCount = 24;
-
-std::optional<int> numberIn(std::string_view digits, int low, int high)
-{
-    int value = 0;
-    const auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (digits.empty() || ec != std::errc() || end != digits.data() + digits.size() || value < low || value > high)
-        return std::nullopt;
-    return value;
-}
-
-} // namespace
-
-std::optional<Operand> parseOperand(std::string_view name)
+std::optional<Operand> ParseOperand(std::string_view name)
 {
     std::size_t letters = 0;
     while (letters < name.size() && std::isalpha(static_cast<unsigned char>(name[letters])))
@@ -32,22 +18,23 @@ std::optional<Operand> parseOperand(std::string_view name)
     const std::string_view digits = name.substr(letters);
     using Kind = Operand::Kind;
     if (digits.empty() && word.size() == 2 && (word[0] == 'P' || word[0] == 'E')) {
-        static constexpr std::string_view kAxes = "XYZU";
-        const auto axis = kAxes.find(word[1]);
-        if (axis == std::string_view::npos)
+        const auto axis = AxisFromLetter(word[1]);
+        if (!axis)
             return std::nullopt;
-        return Operand{word[0] == 'P' ? Kind::Position : Kind::Encoder, static_cast<int>(axis)};
+        return Operand{word[0] == 'P' ? Kind::Position : Kind::Encoder, static_cast<int>(AxisIndex(*axis))};
     }
     struct Family {
         std::string_view word;
         Kind kind;
         int high;
     };
-    static constexpr Family kFamilies[] = {
-            {"V", Kind::V, kVCount}, {"I", Kind::I, kICount}, {"DIO", Kind::Dio, kDioCount}, {"AI", Kind::Analog, 2}};
+    static constexpr Family kFamilies[] = {{"V", Kind::V, kVCount},
+                                           {"I", Kind::I, kICount},
+                                           {"DIO", Kind::Dio, kDioCount},
+                                           {"AI", Kind::Analog, kAnalogCount}};
     for (const Family& family : kFamilies) {
         if (word == family.word) {
-            if (const auto index = numberIn(digits, 1, family.high))
+            if (const auto index = ParseIndex(digits, family.high))
                 return Operand{family.kind, *index};
             return std::nullopt;
         }
@@ -172,7 +159,7 @@ private:
         if (name.empty())
             return fail(pos_ < text_.size() ? "unexpected \"" + std::string(text_.substr(pos_)) + "\""
                                             : "value missing");
-        const auto found = parseOperand(name);
+        const auto found = ParseOperand(name);
         if (!found)
             return fail("unknown value \"" + std::string(name) + "\"");
         steps_->push_back({Code::Load, 0, *found});

@@ -45,6 +45,6 @@ private:
 };
 
 // Parses one operand name such as V12, I3, DIO5, AI1, PX or EU.
-std::optional<Operand> parseOperand(std::string_view name);
+std::optional<Operand> ParseOperand(std::string_view name);
 
 } // namespace marlune::sim

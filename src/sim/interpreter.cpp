@@ -1,6 +1,7 @@
 #include "interpreter.h"
 
 #include "command_parser.h"
+#include "counts.h"
 
 #include <algorithm>
 
@@ -10,39 +11,8 @@ namespace {
 
 constexpr std::int64_t kLongestDelayMs = 86'400'000; // one day
 
-bool allowedInProgram(Op op)
-{
-    switch (op) {
-    case Op::Absolute:
-    case Op::Incremental:
-    case Op::Move:
-    case Op::Home:
-    case Op::Stop:
-    case Op::RampStop:
-    case Op::Abort:
-    case Op::JoyOn:
-    case Op::JoyOff:
-    case Op::WriteSetting:
-    case Op::WritePosition:
-    case Op::WriteEncoder:
-    case Op::WriteDio:
-    case Op::WriteAxisOutput:
-    case Op::ClearMotorError:
-    case Op::WriteI:
-    case Op::WriteV:
-    case Op::Run:
-    case Op::Quit:
-    case Op::Pause:
-    case Op::Continue:
-    case Op::ClearProgramError: return true;
-    default: return false;
-    }
-}
-
-bool startsWith(std::string_view text, std::string_view prefix) { return text.substr(0, prefix.size()) == prefix; }
-
 // Compiles one line that is not an empty one; false with `error` on failure.
-bool compileLine(std::string_view text, Statement& s, std::string& error)
+bool CompileLine(std::string_view text, Statement& s, std::string& error)
 {
     using Kind = Statement::Kind;
     struct Word {
@@ -59,10 +29,10 @@ bool compileLine(std::string_view text, Statement& s, std::string& error)
     }
     static constexpr Word kWithValue[] = {{"WHILE", Kind::While}, {"IF", Kind::If}, {"DELAY", Kind::Delay}};
     for (const Word& word : kWithValue) {
-        if (!startsWith(text, word.text))
+        if (!StartsWith(text, word.text))
             continue;
         std::string_view rest = text.substr(word.text.size());
-        if (word.kind == Kind::Delay && startsWith(rest, "="))
+        if (word.kind == Kind::Delay && StartsWith(rest, "="))
             rest.remove_prefix(1);
         if (rest.empty()) {
             error = std::string(word.text) + " needs " + (word.kind == Kind::Delay ? "a time in ms" : "a condition");
@@ -75,15 +45,15 @@ bool compileLine(std::string_view text, Statement& s, std::string& error)
         s.expression = std::move(*expression);
         return true;
     }
-    if (startsWith(text, "WAIT")) {
+    if (StartsWith(text, "WAIT")) {
         s.kind = Kind::Wait;
         for (const char letter : text.substr(4)) {
-            const auto axis = axisFromLetter(letter);
+            const auto axis = AxisFromLetter(letter);
             if (!axis) {
                 error = "WAIT takes axis letters X, Y, Z, U";
                 return false;
             }
-            s.axisMask |= 1u << axisIndex(*axis);
+            s.axisMask |= 1u << AxisIndex(*axis);
         }
         if (s.axisMask == 0)
             s.axisMask = 0xF;
@@ -97,14 +67,14 @@ bool compileLine(std::string_view text, Statement& s, std::string& error)
         Command probe;
         std::string ignored;
         const std::string constant = std::string(text.substr(0, equals)) + "=0";
-        if (parseCommand(constant, probe, ignored) && allowedInProgram(probe.op) && probe.op != Op::Move) {
+        if (ParseCommand(constant, probe, ignored) && RuleOf(probe.op).inProgram && probe.op != Op::Move) {
             valueText = text.substr(equals + 1);
             commandText = constant;
         }
     }
-    if (!parseCommand(commandText, s.command, error))
+    if (!ParseCommand(commandText, s.command, error))
         return false;
-    if (!allowedInProgram(s.command.op)) {
+    if (!RuleOf(s.command.op).inProgram) {
         error = "\"" + std::string(text) + "\" cannot be used in a program";
         return false;
     }
@@ -119,27 +89,27 @@ bool compileLine(std::string_view text, Statement& s, std::string& error)
     return true;
 }
 
-std::string withoutComment(const std::string& line)
+std::string WithoutComment(const std::string& line)
 {
-    return normaliseCommand(std::string_view(line).substr(0, line.find(';')));
+    return NormaliseCommand(std::string_view(line).substr(0, line.find(';')));
 }
 
 } // namespace
 
-bool compileProgram(const std::vector<std::string>& lines, std::vector<Statement>& code, int& errorLine,
+bool CompileProgram(const std::vector<std::string>& lines, std::vector<Statement>& code, int& errorLine,
                     std::string& error)
 {
     using Kind = Statement::Kind;
     code.clear();
     std::vector<std::size_t> open; // WHILE and IF (and ELSE) still waiting for their end
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::string text = withoutComment(lines[i]);
+        const std::string text = WithoutComment(lines[i]);
         if (text.empty())
             continue;
         errorLine = static_cast<int>(i + 1);
         Statement s;
         s.line = errorLine;
-        if (!compileLine(text, s, error))
+        if (!CompileLine(text, s, error))
             return false;
         const std::size_t here = code.size();
         switch (s.kind) {
@@ -187,7 +157,7 @@ std::string ProgramRunner::start(const std::vector<std::string>& lines, int prog
     int errorLine = 0;
     std::string error;
     message_.clear();
-    if (!compileProgram(lines, code_, errorLine, error)) {
+    if (!CompileProgram(lines, code_, errorLine, error)) {
         state_ = ProgramState::Errored;
         currentLine_ = errorLine;
         message_ = "Line " + std::to_string(errorLine) + ": " + error;

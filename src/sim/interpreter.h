@@ -33,7 +33,7 @@ struct Statement {
 };
 
 // Compiles program lines; on failure says which line and why.
-bool compileProgram(const std::vector<std::string>& lines, std::vector<Statement>& code, int& errorLine,
+bool CompileProgram(const std::vector<std::string>& lines, std::vector<Statement>& code, int& errorLine,
                     std::string& error);
 
 // Runs one program slot: one statement per step, a step every millisecond of

@@ -33,7 +33,7 @@ std::string AxisOutputs::write(int axis, bool clear, std::int64_t value)
     return {};
 }
 
-std::int32_t analogReading(int channel, std::int64_t micros)
+std::int32_t AnalogReading(int channel, std::int64_t micros)
 {
     constexpr std::int64_t kFullScale = 4095;
     // Channel 1 rises and falls over 10 s, channel 2 over 6 s, a quarter turn later.

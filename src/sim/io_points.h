@@ -1,11 +1,11 @@
 #pragma once
 
+#include "counts.h"
+
 #include <cstdint>
 #include <string>
 
 namespace marlune::sim {
-
-inline constexpr int kDioCount = 24;
 
 // The 24 digital points. Which of them are outputs is the direction word (I12),
 // which the caller passes in, since the operator may change it at any time.
@@ -40,6 +40,6 @@ private:
 
 // The reading of analog input 1 or 2 (0 to 4095) at a time. The inputs sweep up
 // and down slowly so that a monitor shows something alive, the same on every run.
-std::int32_t analogReading(int channel, std::int64_t micros);
+std::int32_t AnalogReading(int channel, std::int64_t micros);
 
 } // namespace marlune::sim

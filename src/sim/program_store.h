@@ -1,5 +1,7 @@
 #pragma once
 
+#include "counts.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -7,8 +9,6 @@
 #include <vector>
 
 namespace marlune::sim {
-
-inline constexpr int kProgramCount = 4;
 
 // The four program slots: their lines, which one is open for writing, and where
 // each one's upload stands.

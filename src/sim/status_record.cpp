@@ -32,7 +32,7 @@ private:
 
 } // namespace
 
-std::string formatStatusRecord(const StatusSnapshot& status)
+std::string FormatStatusRecord(const StatusSnapshot& status)
 {
     RecordWriter out;
     out.start();

@@ -28,6 +28,6 @@ struct StatusSnapshot {
 // states and current lines of programs 1-4; the joystick flag; the latch word.
 // Every field ends with ",", except the digital I/O word and the latch word,
 // which end with ".".
-std::string formatStatusRecord(const StatusSnapshot& status);
+std::string FormatStatusRecord(const StatusSnapshot& status);
 
 } // namespace marlune::sim

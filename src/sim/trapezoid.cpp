@@ -8,7 +8,7 @@ namespace marlune::sim {
 namespace {
 
 // The acceleration in pulses per second squared, or 0 for a profile without ramps.
-double acceleration(const SpeedSettings& speeds)
+double Acceleration(const SpeedSettings& speeds)
 {
     if (speeds.accelMs <= 0 || speeds.high <= speeds.low)
         return 0.0;
@@ -23,7 +23,7 @@ Trapezoid Trapezoid::move(double distance, const SpeedSettings& speeds)
     t.length_ = std::max(distance, 0.0);
     const double high = std::max(1.0, static_cast<double>(speeds.high));
     const double low = std::clamp(static_cast<double>(speeds.low), 0.0, high);
-    t.accel_ = acceleration(speeds);
+    t.accel_ = Acceleration(speeds);
     if (t.accel_ <= 0.0) {
         t.startSpeed_ = t.peakSpeed_ = high;
         t.constTime_ = t.length_ / high;
@@ -51,7 +51,7 @@ Trapezoid Trapezoid::rampDown(double speed, const SpeedSettings& speeds)
 {
     Trapezoid t;
     t.peakSpeed_ = t.startSpeed_ = speed;
-    t.accel_ = acceleration(speeds);
+    t.accel_ = Acceleration(speeds);
     const double low = std::max(0.0, static_cast<double>(speeds.low));
     if (t.accel_ <= 0.0 || speed <= low)
         return t;

@@ -9,7 +9,7 @@ namespace {
 constexpr std::int64_t kWordMax = 0xFFFFFF;
 
 // Configuration words hold 24 bits; the joystick numbers are plain integers.
-bool isBitWord(int n) { return n <= 13 || n == 22; }
+bool IsBitWord(int n) { return n <= 13 || n == 22; }
 
 } // namespace
 
@@ -17,7 +17,7 @@ std::string Variables::setI(int n, std::int64_t value)
 {
     if (n == kICount)
         return "I48 counts EEPROM writes and cannot be set";
-    if (isBitWord(n) && (value < 0 || value > kWordMax))
+    if (IsBitWord(n) && (value < 0 || value > kWordMax))
         return std::string("I") + std::to_string(n) + " takes 0 to 16777215";
     if (value < INT32_MIN || value > INT32_MAX)
         return "value out of range";

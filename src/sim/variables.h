@@ -1,13 +1,12 @@
 #pragma once
 
+#include "counts.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
 
 namespace marlune::sim {
-
-inline constexpr int kICount = 48;
-inline constexpr int kVCount = 248;
 
 // The I variables (configuration words) and V variables (free for programs).
 // Numbers run from 1. I48 is the EEPROM write counter and cannot be written.

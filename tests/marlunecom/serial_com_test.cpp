@@ -22,9 +22,9 @@ TEST(SerialComTest, ReadsTheStatusRecordFromTheSimulatorsPseudoTerminal)
 {
     const auto folder = std::filesystem::temp_directory_path() / ("marlune-com-" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder);
-    testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--pty", "--pty-link",
-                                                           (folder / "COM1").string(), "--exit-after", "60"});
-    EXPECT_TRUE(simulator.lineAfter("pty ").has_value());
+    marlune::testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--pty", "--pty-link",
+                                                                    (folder / "COM1").string(), "--exit-after", "60"});
+    ASSERT_TRUE(simulator.lineAfter("pty ").has_value());
 
     SerialCom com{LinkTimeouts{200ms, 200ms}};
     const auto handle = testing::OpenLink(com, 3, 0, (folder / "COM1").string());

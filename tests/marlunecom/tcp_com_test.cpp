@@ -50,7 +50,7 @@ TEST_P(TcpComSimulatorTest, TheFaultShowsInTheExchanges)
 {
     auto options = GetParam().options;
     options.insert(options.end(), {"--port", "0", "--exit-after", "60"});
-    testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, options);
+    marlune::testing::SimProcess simulator(MARLUNE_SIM_EXECUTABLE, options);
     const auto port = simulator.tcpPort();
     ASSERT_TRUE(port);
     TcpCom com{kShortTimeouts};

@@ -1,7 +1,5 @@
 #include "sim_test_support.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 namespace marlune::sim::test {
@@ -9,21 +7,37 @@ namespace {
 
 using namespace axis_status;
 
-// The defaults: 1000 pulses/s high, 100 low, 300 ms ramp, so 3000 pulses/s².
-TEST(Motion, LongMoveArrivesWhenTheTrapezoidSays)
+// The defaults: 1000 pulses/s high, 100 low, 300 ms ramp, so 3000 pulses/s² and ramps
+// of 165 pulses. A move shorter than the two ramps is a triangle: it rises to
+// sqrt(100² + 3000·length) and falls again at once.
+double TriangleSeconds(double length) { return 2.0 * (std::sqrt(100.0 * 100.0 + 3000.0 * length) - 100.0) / 3000.0; }
+
+struct Arrival {
+    std::int64_t length;
+    double seconds;
+};
+
+class MoveArrives : public ::testing::TestWithParam<Arrival> {};
+
+TEST_P(MoveArrives, WhenItsProfileSays)
 {
     Controller c;
-    EXPECT_EQ(ask(c, "X10000"), "OK");
-    // Ramps of 165 pulses each take 0.3 s; 9670 pulses at 1000/s take 9.67 s.
-    c.advanceTo(seconds(10.27) - ms(1));
+    const auto [length, seconds] = GetParam();
+    ASSERT_EQ(Ask(c, "X" + std::to_string(length)), "OK");
+    const auto arrival = std::llround(seconds * 1e6);
+    c.advanceTo(arrival - 1);
     EXPECT_TRUE(c.axisMoving(AxisId::X));
     EXPECT_NE(c.axisStatus(AxisId::X) & kDecelerating, 0u);
-    c.advanceTo(seconds(10.27));
+    c.advanceTo(arrival);
     EXPECT_FALSE(c.axisMoving(AxisId::X));
-    EXPECT_EQ(c.position(AxisId::X), 10000);
-    EXPECT_EQ(c.encoder(AxisId::X), 10000);
-    EXPECT_EQ(ask(c, "PX"), "10000");
+    EXPECT_EQ(c.position(AxisId::X), length);
+    EXPECT_EQ(c.encoder(AxisId::X), length);
 }
+
+// 9670 pulses between the ramps take 9.67 s; 250 pulses lie between one and two ramps.
+INSTANTIATE_TEST_SUITE_P(Profiles, MoveArrives,
+                         ::testing::Values(Arrival{10000, 10.27}, Arrival{100, TriangleSeconds(100)},
+                                           Arrival{250, TriangleSeconds(250)}));
 
 struct PhasePoint {
     double at;
@@ -36,158 +50,128 @@ class MovePhases : public ::testing::TestWithParam<PhasePoint> {};
 TEST_P(MovePhases, StatusBitsAndSpeedFollowTheProfile)
 {
     Controller c;
-    ASSERT_EQ(ask(c, "X10000"), "OK");
-    c.advanceTo(seconds(GetParam().at));
-    const auto word = static_cast<std::uint32_t>(statusField(c, 13));
+    ASSERT_EQ(Ask(c, "X10000"), "OK");
+    c.advanceTo(Seconds(GetParam().at));
+    const auto word = static_cast<std::uint32_t>(StatusField(c, 13));
     EXPECT_EQ(word & (kAccelerating | kConstant | kDecelerating | kInPosition), GetParam().bit);
-    EXPECT_EQ(statusField(c, 9), GetParam().speed);
+    EXPECT_EQ(StatusField(c, 9), GetParam().speed);
 }
 
 INSTANTIATE_TEST_SUITE_P(Trapezoid, MovePhases,
                          ::testing::Values(PhasePoint{0.1, kAccelerating, 400}, PhasePoint{5.0, kConstant, 1000},
                                            PhasePoint{10.17, kDecelerating, 400}, PhasePoint{11.0, kInPosition, 0}));
 
-TEST(Motion, ShortMoveIsATriangleThatNeverReachesTheHighSpeed)
-{
-    Controller c;
-    ASSERT_EQ(ask(c, "X100"), "OK");
-    // Peak speed sqrt(100² + 3000·100), reached after (peak - 100) / 3000 s, twice.
-    const double peak = std::sqrt(100.0 * 100.0 + 3000.0 * 100.0);
-    const auto arrival = std::llround(2.0 * (peak - 100.0) / 3000.0 * 1e6);
-    c.advanceTo(arrival / 4);
-    EXPECT_NE(static_cast<std::uint32_t>(statusField(c, 13)) & kAccelerating, 0u);
-    c.advanceTo(arrival - 1);
-    EXPECT_TRUE(c.axisMoving(AxisId::X));
-    c.advanceTo(arrival);
-    EXPECT_EQ(c.position(AxisId::X), 100);
-}
+// clang-format off
+const Conversation kMotion[] = {
+    {"SeveralAxesInOneCommandMoveTogetherEachOnItsOwnProfile", {
+        {"HSPD2000"}, {"ACCEL0"}, {"X1000Y-200U4000"}, {"@100"}, {"PX", "200"}, {"PY", "-200"}, {"PZ", "0"}, {"@2000"},
+        {"PX", "1000"}, {"PU", "4000"}}},
+    {"IncrementalMovesAddToThePosition", {
+        {"INC"}, {"X500"}, {"@5000"}, {"X-200"}, {"@10000"}, {"PX", "300"}, {"ABS"}, {"X0"}, {"@15000"}, {"PX", "0"}}},
+    {"AMoveOfAMovingAxisIsRefusedAndNoAxisOfTheCommandStarts", {{"X5000"}, {"Y100X100", "?*"}, {"@1000"}, {"PY", "0"}}},
+    {"PositionSetMovesTheCounterNotTheAxis", {
+        {"PX=1000"}, {"EU=-25"}, {"PX", "1000"}, {"EU", "-25"}, {"X1500"}, {"@5000"}, {"PX", "1500"}, {"EX", "500"}}},
+    {"StopHaltsAtOnceWhereTheAxisIs", {{"X10000"}, {"@5000"}, {"STOPX"}, {"PX", "4865"}, {"@6000"}, {"PX", "4865"}}},
+    {"StopWithoutAnAxisStopsAllAndAbortStopsProgramsToo", {
+        {"X5000Y5000"}, {"@1000"}, {"STOP"}, {"PY", "865"}, {"OPENPROG1"}, {"INC"}, {"WHILE 1"}, {"X10"}, {"WAITX"},
+        {"ENDWHILE"}, {"CLOSE"}, {"RUN1"}, {"@2000"}, {"PSTAT1", "1,*"}, {"ABORT"}, {"PSTAT1", "0,0,0,5"},
+        {"PX", "1008"}, {"@3000"}, {"PX", "1008"}, {"PY", "865"}}},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(Motion, Converses, ::testing::ValuesIn(kMotion), NameOf);
 
-TEST(Motion, SeveralAxesInOneCommandMoveTogetherEachOnItsOwnProfile)
+TEST(Motion, ALimitOrTheAlarmInputStopsTheAxisWithAnErrorUntilCleared)
 {
     Controller c;
-    ASSERT_EQ(ask(c, "HSPD2000"), "OK");
-    ASSERT_EQ(ask(c, "ACCEL0"), "OK");
-    ASSERT_EQ(ask(c, "X1000Y-200U4000"), "OK");
-    c.advanceTo(ms(100));
-    EXPECT_EQ(c.position(AxisId::X), 200);
-    EXPECT_EQ(c.position(AxisId::Y), -200);
-    EXPECT_EQ(c.position(AxisId::Z), 0);
-    c.advanceTo(seconds(2));
-    EXPECT_EQ(c.position(AxisId::X), 1000);
-    EXPECT_EQ(c.position(AxisId::U), 4000);
-}
-
-TEST(Motion, IncrementalMovesAddToThePosition)
-{
-    Controller c;
-    ASSERT_EQ(ask(c, "INC"), "OK");
-    ask(c, "X500");
-    c.advanceTo(seconds(5));
-    ask(c, "X-200");
-    c.advanceTo(seconds(10));
-    EXPECT_EQ(c.position(AxisId::X), 300);
-    ASSERT_EQ(ask(c, "ABS"), "OK");
-    ask(c, "X0");
-    c.advanceTo(seconds(15));
-    EXPECT_EQ(c.position(AxisId::X), 0);
-}
-
-TEST(Motion, AMoveOfAMovingAxisIsRefusedAndNoAxisOfTheCommandStarts)
-{
-    Controller c;
-    ask(c, "X5000");
-    EXPECT_EQ(ask(c, "Y100X100").front(), '?');
-    c.advanceTo(seconds(1));
-    EXPECT_FALSE(c.axisMoving(AxisId::Y));
-}
-
-TEST(Motion, PositionSetMovesTheCounterNotTheAxis)
-{
-    Controller c;
-    EXPECT_EQ(ask(c, "PX=1000"), "OK");
-    EXPECT_EQ(ask(c, "EU=-25"), "OK");
-    EXPECT_EQ(c.position(AxisId::X), 1000);
-    EXPECT_EQ(c.encoder(AxisId::U), -25);
-    ask(c, "X1500");
-    c.advanceTo(seconds(5));
-    EXPECT_EQ(c.position(AxisId::X), 1500);
-    EXPECT_EQ(c.encoder(AxisId::X), 500);
-}
-
-TEST(Motion, RunningIntoALimitStopsThereWithALimitErrorUntilCleared)
-{
-    Controller c;
-    ask(c, "HSPD100000");
-    ask(c, "X2000000");
-    c.advanceTo(seconds(60));
+    Ask(c, "HSPD100000");
+    Ask(c, "X2000000");
+    c.advanceTo(Seconds(60));
     EXPECT_EQ(c.position(AxisId::X), 1'000'000);
     EXPECT_EQ(c.axisStatus(AxisId::X) & (kPlusLimit | kPlusLimitError), kPlusLimit | kPlusLimitError);
-    EXPECT_EQ(ask(c, "X0").front(), '?');
-    EXPECT_EQ(ask(c, "MECLEARX"), "OK");
+    EXPECT_EQ(Ask(c, "X0").front(), '?');
+    EXPECT_EQ(Ask(c, "MECLEARX"), "OK");
     EXPECT_EQ(c.axisStatus(AxisId::X) & kPlusLimitError, 0u);
-    EXPECT_EQ(ask(c, "X1000001").front(), '?') << "further into the active limit";
-    ask(c, "MECLEARX");
-    EXPECT_EQ(ask(c, "X0"), "OK");
-}
+    EXPECT_EQ(Ask(c, "X1000001").front(), '?') << "further into the active limit";
+    Ask(c, "MECLEARX");
+    EXPECT_EQ(Ask(c, "X0"), "OK");
 
-TEST(Motion, AlarmInputStopsTheAxisAndHoldsAnAlarmErrorWhileActive)
-{
-    Controller c;
-    ask(c, "X5000");
-    c.advanceTo(seconds(1));
+    // The alarm input stops the axis, and its error holds while the input is active.
     c.setAlarmInput(AxisId::X, true);
     EXPECT_FALSE(c.axisMoving(AxisId::X));
     EXPECT_EQ(c.axisStatus(AxisId::X) & (kAlarmInput | kAlarmError), kAlarmInput | kAlarmError);
-    ask(c, "MECLEARX");
+    Ask(c, "MECLEARX");
     EXPECT_NE(c.axisStatus(AxisId::X) & kAlarmError, 0u);
     c.setAlarmInput(AxisId::X, false);
-    ask(c, "MECLEARX");
+    Ask(c, "MECLEARX");
     EXPECT_EQ(c.axisStatus(AxisId::X) & kAlarmError, 0u);
-}
-
-TEST(Motion, StopHaltsAtOnceWhereTheAxisIs)
-{
-    Controller c;
-    ask(c, "X10000");
-    c.advanceTo(seconds(5));
-    const auto where = c.position(AxisId::X);
-    EXPECT_EQ(ask(c, "STOPX"), "OK");
-    c.advanceTo(seconds(6));
-    EXPECT_FALSE(c.axisMoving(AxisId::X));
-    EXPECT_EQ(c.position(AxisId::X), where);
 }
 
 TEST(Motion, RampStopDeceleratesToTheLowSpeedOverTheRampTime)
 {
     Controller c;
-    ask(c, "X10000");
-    c.advanceTo(seconds(5));
+    Ask(c, "X10000");
+    c.advanceTo(Seconds(5));
     const auto where = c.position(AxisId::X);
-    EXPECT_EQ(ask(c, "RSTOPX"), "OK");
-    c.advanceTo(seconds(5.1));
+    EXPECT_EQ(Ask(c, "RSTOPX"), "OK");
+    c.advanceTo(Seconds(5.1));
     EXPECT_NE(c.axisStatus(AxisId::X) & kDecelerating, 0u);
-    c.advanceTo(seconds(5.3));
+    c.advanceTo(Seconds(5.3));
     EXPECT_FALSE(c.axisMoving(AxisId::X));
     // From 1000 down to 100 pulses/s in 0.3 s covers 165 pulses.
     EXPECT_EQ(c.position(AxisId::X), where + 165);
 }
 
-TEST(Motion, StopWithoutAnAxisStopsAllAndAbortStopsProgramsToo)
+struct HomingCase {
+    const char* command;
+    std::uint32_t bitsAfter; // switch and error bits expected once the axis rests
+    std::int64_t positionAfter;
+};
+
+class Homing : public ::testing::TestWithParam<HomingCase> {};
+
+// The switches sit at fixed places of the travel: home switch 10000-10999,
+// limits at ±1000000, an index pulse every 4000 pulses; the axes start at 0.
+TEST_P(Homing, FindsItsSwitchAndSetsTheCounterToZero)
 {
     Controller c;
-    ask(c, "X5000Y5000");
-    c.advanceTo(seconds(1));
-    ask(c, "STOP");
+    Ask(c, "HSPD200000");
+    Ask(c, "PX=777");
+    ASSERT_EQ(Ask(c, GetParam().command), "OK");
+    c.advanceTo(Ms(1));
+    EXPECT_TRUE(c.axisMoving(AxisId::X));
+    c.advanceTo(Seconds(60));
     EXPECT_FALSE(c.axisMoving(AxisId::X));
-    EXPECT_FALSE(c.axisMoving(AxisId::Y));
+    const std::uint32_t watched = kHomeSwitch | kPlusLimit | kMinusLimit | kPlusLimitError | kMinusLimitError;
+    EXPECT_EQ(c.axisStatus(AxisId::X) & watched, GetParam().bitsAfter);
+    EXPECT_EQ(c.position(AxisId::X), GetParam().positionAfter);
+    if (GetParam().positionAfter == 0) {
+        EXPECT_EQ(c.encoder(AxisId::X), 0);
+    }
+}
 
-    download(c, 1, {"INC", "WHILE 1", "X10", "WAITX", "ENDWHILE"});
-    ASSERT_EQ(ask(c, "RUN1"), "OK");
-    c.advanceTo(seconds(2));
-    EXPECT_EQ(c.programState(1), ProgramState::Running);
-    EXPECT_EQ(ask(c, "ABORT"), "OK");
-    EXPECT_EQ(c.programState(1), ProgramState::Idle);
-    EXPECT_FALSE(c.axisMoving(AxisId::X));
+INSTANTIATE_TEST_SUITE_P(ThreeModes, Homing,
+                         ::testing::Values(HomingCase{"HOMEX+", kHomeSwitch, 0},
+                                           // The home switch lies behind: the search ends on the limit, with an error.
+                                           HomingCase{"HOMEX-", kMinusLimit | kMinusLimitError, -1'000'000 + 777},
+                                           HomingCase{"LHOMEX+", kPlusLimit, 0}, HomingCase{"LHOMEX-", kMinusLimit, 0},
+                                           HomingCase{"ZHOMEX+", 0, 0}, HomingCase{"ZHOMEX-", 0, 0}));
+
+TEST(Homing, IndexHomingFromAPulseGoesOnToTheNextOne)
+{
+    Controller c;
+    Ask(c, "PZ=55");
+    Ask(c, "ZHOMEY+");
+    c.advanceTo(Seconds(20));
+    Ask(c, "ZHOMEY+");
+    c.advanceTo(Seconds(40));
+    EXPECT_EQ(Ask(c, "PY"), "0");
+    // The index signal shows in the output and index word: bit 8 plus the axis.
+    EXPECT_NE(StatusField(c, 18) & 0x200, 0);
+    // Two turns of travel: 2000 pulses more reach the home switch at 10000.
+    Ask(c, "Y2000");
+    c.advanceTo(Seconds(60));
+    EXPECT_NE(c.axisStatus(AxisId::Y) & kHomeSwitch, 0u);
+    EXPECT_EQ(c.position(AxisId::Z), 55) << "homing leaves the other axes alone";
 }
 
 } // namespace

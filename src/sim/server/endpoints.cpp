@@ -14,13 +14,13 @@ namespace marlune::sim {
 
 namespace {
 
-std::string lastError(const std::string& what) { return what + ": " + std::strerror(errno); }
+std::string LastError(const std::string& what) { return what + ": " + std::strerror(errno); }
 
 } // namespace
 
-void setNonBlocking(int fd) { ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL, 0) | O_NONBLOCK); }
+void SetNonBlocking(int fd) { ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL, 0) | O_NONBLOCK); }
 
-TcpListener openTcpListener(const std::string& address, std::uint16_t port)
+TcpListener OpenTcpListener(const std::string& address, std::uint16_t port)
 {
     TcpListener listener;
     sockaddr_in where{};
@@ -32,30 +32,30 @@ TcpListener openTcpListener(const std::string& address, std::uint16_t port)
     }
     const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (fd < 0) {
-        listener.error = lastError("socket");
+        listener.error = LastError("socket");
         return listener;
     }
     const int yes = 1;
     ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     if (::bind(fd, reinterpret_cast<const sockaddr*>(&where), sizeof where) != 0 || ::listen(fd, 8) != 0) {
-        listener.error = lastError("bind " + address + ":" + std::to_string(port));
+        listener.error = LastError("bind " + address + ":" + std::to_string(port));
         ::close(fd);
         return listener;
     }
     socklen_t length = sizeof where;
     ::getsockname(fd, reinterpret_cast<sockaddr*>(&where), &length);
-    setNonBlocking(fd);
+    SetNonBlocking(fd);
     listener.fd = fd;
     listener.port = ntohs(where.sin_port);
     return listener;
 }
 
-PseudoTerminal openPseudoTerminal()
+PseudoTerminal OpenPseudoTerminal()
 {
     PseudoTerminal pty;
     const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0) {
-        pty.error = lastError("posix_openpt");
+        pty.error = LastError("posix_openpt");
         if (master >= 0)
             ::close(master);
         return pty;
@@ -63,7 +63,7 @@ PseudoTerminal openPseudoTerminal()
     const char* name = ::ptsname(master);
     const int slave = name ? ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC) : -1;
     if (slave < 0) {
-        pty.error = lastError("open pseudo-terminal");
+        pty.error = LastError("open pseudo-terminal");
         ::close(master);
         return pty;
     }
@@ -71,7 +71,7 @@ PseudoTerminal openPseudoTerminal()
     ::tcgetattr(slave, &mode);
     ::cfmakeraw(&mode);
     ::tcsetattr(slave, TCSANOW, &mode);
-    setNonBlocking(master);
+    SetNonBlocking(master);
     pty.master = master;
     pty.slave = slave;
     pty.slavePath = name;

@@ -11,7 +11,7 @@ struct TcpListener {
     std::uint16_t port = 0;
     std::string error;
 };
-TcpListener openTcpListener(const std::string& address, std::uint16_t port);
+TcpListener OpenTcpListener(const std::string& address, std::uint16_t port);
 
 // A pseudo-terminal in raw mode. The server keeps the slave side open itself, so
 // that clients may come and go without the master seeing a hang-up.
@@ -21,8 +21,8 @@ struct PseudoTerminal {
     std::string slavePath;
     std::string error;
 };
-PseudoTerminal openPseudoTerminal();
+PseudoTerminal OpenPseudoTerminal();
 
-void setNonBlocking(int fd);
+void SetNonBlocking(int fd);
 
 } // namespace marlune::sim

@@ -9,7 +9,7 @@ namespace {
 
 volatile std::sig_atomic_t stopRequested = 0;
 
-extern "C" void requestStop(int) { stopRequested = 1; }
+extern "C" void RequestStop(int) { stopRequested = 1; }
 
 } // namespace
 
@@ -18,16 +18,16 @@ int main(int argc, char** argv)
     using namespace marlune::sim;
     ServerOptions options;
     std::string error;
-    if (!parseServerOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) {
-        std::cerr << "marlune-sim: " << error << '\n' << serverUsage();
+    if (!ParseServerOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) {
+        std::cerr << "marlune-sim: " << error << '\n' << ServerUsage();
         return 2;
     }
     if (options.help) {
-        std::cout << serverUsage();
+        std::cout << ServerUsage();
         return 0;
     }
     struct sigaction action {};
-    action.sa_handler = requestStop;
+    action.sa_handler = RequestStop;
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
     std::signal(SIGPIPE, SIG_IGN);

@@ -10,15 +10,15 @@ namespace marlune::sim {
 namespace {
 
 template <typename Number>
-bool parseNumber(const std::string& text, Number& value)
+bool ParseNumber(const std::string& text, Number& value)
 {
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     return !text.empty() && ec == std::errc() && end == text.data() + text.size();
 }
 
-bool parseSeconds(const std::string& text, double& seconds) { return parseNumber(text, seconds) && seconds >= 0; }
+bool ParseSeconds(const std::string& text, double& seconds) { return ParseNumber(text, seconds) && seconds >= 0; }
 
-bool parseFailure(const std::string& mode, FailureModes& failures)
+bool ParseFailure(const std::string& mode, FailureModes& failures)
 {
     if (mode == "no-reply")
         failures.noReply = true;
@@ -27,9 +27,9 @@ bool parseFailure(const std::string& mode, FailureModes& failures)
     else if (mode == "no-terminator")
         failures.noTerminator = true;
     else if (mode.rfind("drop-after=", 0) == 0)
-        return parseNumber(mode.substr(11), failures.dropAfterExchanges) && failures.dropAfterExchanges >= 0;
+        return ParseNumber(mode.substr(11), failures.dropAfterExchanges) && failures.dropAfterExchanges >= 0;
     else if (mode.rfind("slow=", 0) == 0)
-        return parseNumber(mode.substr(5), failures.slowReplyMs) && failures.slowReplyMs >= 0;
+        return ParseNumber(mode.substr(5), failures.slowReplyMs) && failures.slowReplyMs >= 0;
     else
         return false;
     return true;
@@ -37,7 +37,7 @@ bool parseFailure(const std::string& mode, FailureModes& failures)
 
 } // namespace
 
-bool parseServerOptions(const std::vector<std::string>& args, ServerOptions& options, std::string& error)
+bool ParseServerOptions(const std::vector<std::string>& args, ServerOptions& options, std::string& error)
 {
     options.port = kDefaultTcpPort;
     for (std::size_t i = 0; i < args.size(); ++i) {
@@ -58,7 +58,7 @@ bool parseServerOptions(const std::vector<std::string>& args, ServerOptions& opt
         } else if (arg == "--no-tcp") {
             options.tcp = false;
         } else if (arg == "--port") {
-            if (!next(value) || !parseNumber(value, options.port)) {
+            if (!next(value) || !ParseNumber(value, options.port)) {
                 error = error.empty() ? "--port needs a number from 0 to 65535" : error;
                 return false;
             }
@@ -70,19 +70,19 @@ bool parseServerOptions(const std::vector<std::string>& args, ServerOptions& opt
                 return false;
             options.pty = true;
         } else if (arg == "--idle-exit") {
-            if (!next(value) || !parseSeconds(value, options.idleExitSeconds)) {
+            if (!next(value) || !ParseSeconds(value, options.idleExitSeconds)) {
                 error = error.empty() ? "--idle-exit needs seconds" : error;
                 return false;
             }
         } else if (arg == "--exit-after") {
             double seconds = 0;
-            if (!next(value) || !parseSeconds(value, seconds)) {
+            if (!next(value) || !ParseSeconds(value, seconds)) {
                 error = error.empty() ? "--exit-after needs seconds" : error;
                 return false;
             }
             options.exitAfterSeconds = seconds;
         } else if (arg == "--fail") {
-            if (!next(value) || !parseFailure(value, options.failures)) {
+            if (!next(value) || !ParseFailure(value, options.failures)) {
                 error = error.empty() ? "--fail takes no-reply, garbage, no-terminator, drop-after=N or slow=MS"
                                       : error;
                 return false;
@@ -99,7 +99,7 @@ bool parseServerOptions(const std::vector<std::string>& args, ServerOptions& opt
     return true;
 }
 
-std::string serverUsage()
+std::string ServerUsage()
 {
     return "usage: marlune-sim [--port N] [--bind ADDRESS] [--no-tcp] [--pty] [--pty-link PATH]\n"
            "                   [--idle-exit SECONDS] [--exit-after SECONDS]\n"

@@ -22,8 +22,8 @@ struct ServerOptions {
 };
 
 // Reads the command line; false with `error` for a bad one.
-bool parseServerOptions(const std::vector<std::string>& args, ServerOptions& options, std::string& error);
+bool ParseServerOptions(const std::vector<std::string>& args, ServerOptions& options, std::string& error);
 
-std::string serverUsage();
+std::string ServerUsage();
 
 } // namespace marlune::sim

@@ -48,7 +48,7 @@ std::int64_t SimServer::elapsedMicros() const
 bool SimServer::start(std::ostream& out, std::string& error)
 {
     if (options_.tcp) {
-        const TcpListener listener = openTcpListener(options_.bindAddress, options_.port);
+        const TcpListener listener = OpenTcpListener(options_.bindAddress, options_.port);
         if (listener.fd < 0) {
             error = listener.error;
             return false;
@@ -57,7 +57,7 @@ bool SimServer::start(std::ostream& out, std::string& error)
         out << "tcp " << options_.bindAddress << ':' << listener.port << '\n';
     }
     if (options_.pty) {
-        const PseudoTerminal pty = openPseudoTerminal();
+        const PseudoTerminal pty = OpenPseudoTerminal();
         if (pty.master < 0) {
             error = pty.error;
             return false;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+namespace marlune::sim {
+
+// How many of each the controller has; numbers of programs, variables and points run from 1.
+inline constexpr int kProgramCount = 4;
+inline constexpr int kICount = 48;
+inline constexpr int kVCount = 248;
+inline constexpr int kDioCount = 24;
+inline constexpr int kAnalogCount = 2;
+
+inline bool StartsWith(std::string_view text, std::string_view prefix)
+{
+    return text.substr(0, prefix.size()) == prefix;
+}
+
+// A number from 1 to `high` written in plain digits, as programs, variables and points are numbered.
+inline std::optional<int> ParseIndex(std::string_view text, int high)
+{
+    int value = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || ec != std::errc() || end != text.data() + text.size() || value < 1 || value > high)
+        return std::nullopt;
+    return value;
+}
+
+} // namespace marlune::sim

@@ -1,0 +1,270 @@
+// The server of marlune-sim: its frames, its command line, and the process itself over
+// TCP on 127.0.0.1 and over its pseudo-terminal.
+#include "frame_reader.h"
+#include "server_options.h"
+#include "sim_process.h"
+
+#include "controller.h"
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace marlune::sim {
+namespace {
+
+using namespace std::chrono_literals;
+using marlune::testing::SimProcess;
+
+std::vector<std::string> Frames(FrameReader& reader)
+{
+    std::vector<std::string> out;
+    while (auto frame = reader.take())
+        out.push_back(frame->oversized ? "<oversized>" : frame->bytes);
+    return out;
+}
+
+TEST(FrameReader, CutsAtCarriageReturnIgnoresLineFeedAndKeepsBinaryBytesAndEmptyFrames)
+{
+    FrameReader reader;
+    reader.feed("???\r\nHSPD\n1000\rV1", 0);
+    EXPECT_EQ(Frames(reader), (std::vector<std::string>{"???", "HSPD1000"}));
+    EXPECT_TRUE(reader.hasPartial());
+    reader.feed(std::string_view("\r\x00\xff\r\r", 5), 0);
+    EXPECT_EQ(Frames(reader), (std::vector<std::string>{"V1", std::string("\x00\xff", 2), ""}));
+}
+
+TEST(FrameReader, DropsAnOversizedFrameUpToItsEndAndGoesOn)
+{
+    FrameReader reader(8);
+    reader.feed("123456789", 0);
+    reader.feed("abcdef\rOK\r", 0);
+    EXPECT_EQ(Frames(reader), (std::vector<std::string>{"<oversized>", "OK"}));
+    reader.feed("12345678\r", 0);
+    EXPECT_EQ(Frames(reader), std::vector<std::string>{"12345678"}) << "the limit itself is allowed";
+}
+
+TEST(FrameReader, ThrowsAwayAStalePartialFrame)
+{
+    FrameReader reader;
+    reader.feed("HSP", 100);
+    reader.dropStale(50);
+    EXPECT_TRUE(reader.hasPartial());
+    reader.dropStale(200);
+    EXPECT_FALSE(reader.hasPartial());
+    reader.feed("???\r", 300);
+    EXPECT_EQ(Frames(reader), std::vector<std::string>{"???"});
+}
+
+TEST(ServerOptions, DefaultsServeTcpOnLoopbackAtTheDefaultPortAndEveryOptionIsRead)
+{
+    ServerOptions defaults;
+    ServerOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseServerOptions({}, defaults, error)) << error;
+    EXPECT_EQ(defaults.bindAddress, "127.0.0.1");
+    EXPECT_EQ(defaults.port, kDefaultTcpPort);
+    EXPECT_TRUE(defaults.tcp);
+    EXPECT_FALSE(defaults.pty);
+    EXPECT_EQ(defaults.idleExitSeconds, 600);
+    EXPECT_FALSE(defaults.exitAfterSeconds);
+    ASSERT_TRUE(ParseServerOptions({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after",
+                                    "60", "--fail", "drop-after=3", "--fail", "slow=20", "--fail", "garbage"},
+                                   options, error))
+            << error;
+    EXPECT_EQ(options.port, 0);
+    EXPECT_TRUE(options.pty);
+    EXPECT_EQ(options.ptyLink, "/tmp/x/COM3");
+    EXPECT_EQ(options.idleExitSeconds, 2.5);
+    EXPECT_EQ(options.exitAfterSeconds, 60.0);
+    EXPECT_EQ(options.failures.dropAfterExchanges, 3);
+    EXPECT_EQ(options.failures.slowReplyMs, 20);
+    EXPECT_TRUE(options.failures.garbageReply);
+}
+
+using Args = std::vector<std::string>;
+
+class BadOptions : public ::testing::TestWithParam<Args> {};
+
+TEST_P(BadOptions, AreRefusedWithAReason)
+{
+    ServerOptions options;
+    std::string error;
+    EXPECT_FALSE(ParseServerOptions(GetParam(), options, error));
+    EXPECT_FALSE(error.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, BadOptions,
+                         ::testing::Values(Args{"--port"}, Args{"--port", "70000"}, Args{"--fail", "sometimes"},
+                                           Args{"--fail", "slow=x"}, Args{"--idle-exit", "-1"}, Args{"--no-tcp"},
+                                           Args{"--frobnicate"}));
+
+// A reply read from a file descriptor up to its 0x04, without it; nullopt on time-out or a closed link.
+std::optional<std::string> ReadReply(int fd, std::chrono::milliseconds limit = 5s)
+{
+    std::string text;
+    for (char byte = 0;;) {
+        pollfd request{fd, POLLIN, 0};
+        if (fd < 0 || ::poll(&request, 1, static_cast<int>(limit.count())) <= 0 || ::read(fd, &byte, 1) != 1)
+            return std::nullopt;
+        if (byte == '\x04')
+            return text;
+        text.push_back(byte);
+    }
+}
+
+// A TCP client of 127.0.0.1.
+class Client final {
+public:
+    explicit Client(std::uint16_t port) : fd_(::socket(AF_INET, SOCK_STREAM, 0))
+    {
+        sockaddr_in where{};
+        where.sin_family = AF_INET;
+        where.sin_port = htons(port);
+        ::inet_pton(AF_INET, "127.0.0.1", &where.sin_addr);
+        if (::connect(fd_, reinterpret_cast<const sockaddr*>(&where), sizeof where) != 0)
+            close();
+    }
+    ~Client() { close(); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    void send(const std::string& bytes) { ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
+    std::optional<std::string> reply(std::chrono::milliseconds limit = 5s) { return ReadReply(fd_, limit); }
+    std::optional<std::string> exchange(const std::string& command)
+    {
+        send(command + "\r");
+        return reply();
+    }
+    // True when the server closed the connection.
+    bool closedByPeer()
+    {
+        char byte = 0;
+        pollfd request{fd_, POLLIN, 0};
+        return ::poll(&request, 1, 5000) > 0 && ::recv(fd_, &byte, 1, 0) == 0;
+    }
+    void close()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+        fd_ = -1;
+    }
+
+private:
+    int fd_ = -1;
+};
+
+class ServerEndToEnd : public ::testing::Test {
+protected:
+    // Starts a server on a free port of 127.0.0.1 that ends by itself within a minute; its port.
+    std::uint16_t start(std::vector<std::string> options = {})
+    {
+        options.insert(options.begin(), {"--port", "0", "--exit-after", "60"});
+        server.emplace(MARLUNE_SIM_EXECUTABLE, options);
+        return server->tcpPort().value_or(0);
+    }
+
+    std::optional<SimProcess> server;
+};
+
+TEST_F(ServerEndToEnd, ServesSeveralClientsOverTcpWhateverTheySend)
+{
+    const auto port = start();
+    ASSERT_NE(port, 0);
+    {
+        Client leaving(port);
+        leaving.send("HSPD12");
+    }
+    Client silent(port);
+    Client first(port);
+    Client second(port);
+    EXPECT_EQ(first.exchange("HSPD"), "1000") << "the half frame of the client that left does not count";
+    EXPECT_EQ(first.exchange("???").value_or("").substr(0, 1), "@");
+    EXPECT_EQ(first.exchange("HSPD1500"), "OK");
+    second.send("hspd\r\n");
+    EXPECT_EQ(second.reply(), "1500");
+    for (const char* line : {"OPENPROG1", "V1=1", "V2=2", "CLOSE"})
+        first.exchange(line);
+    EXPECT_EQ(second.exchange("LISTPROG1"), "V1=1\r\nV2=2");
+    first.send(std::string(5000, 'A') + "\r");
+    EXPECT_EQ(first.reply().value_or("").substr(0, 1), "?");
+    first.send(std::string("\x00\xff\x7f\r", 4));
+    EXPECT_EQ(first.reply().value_or("").substr(0, 1), "?");
+    EXPECT_EQ(first.exchange("NOSUCH").value_or("").substr(0, 1), "?");
+    first.close();
+    second.close();
+    Client later(port);
+    EXPECT_EQ(later.exchange("HSPD"), "1500");
+}
+
+TEST_F(ServerEndToEnd, DropAfterClosesTheLinkBehindTheLastExchange)
+{
+    const auto port = start({"--fail", "drop-after=2"});
+    ASSERT_NE(port, 0);
+    Client client(port);
+    EXPECT_EQ(client.exchange("V1=1"), "OK");
+    EXPECT_EQ(client.exchange("V1"), "1");
+    EXPECT_TRUE(client.closedByPeer());
+}
+
+TEST_F(ServerEndToEnd, NoTerminatorLeavesTheReplyOpen)
+{
+    const auto port = start({"--fail", "no-terminator"});
+    ASSERT_NE(port, 0);
+    Client client(port);
+    client.send("???\r");
+    EXPECT_EQ(client.reply(300ms), std::nullopt);
+}
+
+TEST_F(ServerEndToEnd, EndsByItselfWhenIdleCleanlyOnTerminateAndRefusesABadCommandLine)
+{
+    SimProcess idle(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--idle-exit", "0.2"});
+    ASSERT_TRUE(idle.tcpPort());
+    EXPECT_EQ(idle.waitForExit(5s), 0);
+
+    ASSERT_NE(start(), 0);
+    EXPECT_EQ(server->terminate(), 0);
+
+    SimProcess refused(MARLUNE_SIM_EXECUTABLE, {"--port", "99999"});
+    EXPECT_EQ(refused.waitForExit(5s), 2);
+}
+
+TEST_F(ServerEndToEnd, AnswersOnItsPseudoTerminalThroughTheLink)
+{
+    char pattern[] = "/tmp/marlune-sim-test-XXXXXX";
+    ASSERT_NE(::mkdtemp(pattern), nullptr);
+    const std::filesystem::path dir(pattern);
+    const std::string link = (dir / "dev" / "COM3").string();
+    {
+        ASSERT_NE(start({"--pty", "--pty-link", link}), 0);
+        const auto ptyLine = server->readLine();
+        ASSERT_TRUE(ptyLine && ptyLine->rfind("pty /dev/", 0) == 0) << ptyLine.value_or("<nothing>");
+        EXPECT_EQ(std::filesystem::read_symlink(link).string(), ptyLine->substr(4));
+
+        const int fd = ::open(link.c_str(), O_RDWR | O_NOCTTY);
+        ASSERT_GE(fd, 0);
+        termios mode{};
+        ::tcgetattr(fd, &mode);
+        ::cfmakeraw(&mode);
+        ::tcsetattr(fd, TCSANOW, &mode);
+        ASSERT_EQ(::write(fd, "V2=7\r", 5), 5);
+        EXPECT_EQ(ReadReply(fd), "OK");
+        ASSERT_EQ(::write(fd, "V2\r", 3), 3);
+        EXPECT_EQ(ReadReply(fd), "7");
+        ::close(fd);
+        EXPECT_EQ(server->terminate(), 0);
+    }
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
+    std::filesystem::remove_all(dir);
+}
+
+} // namespace
+} // namespace marlune::sim
