@@ -11,18 +11,6 @@ namespace marlune::sim {
 
 namespace {
 
-// A whole signed decimal number that fits 32 bits.
-std::optional<std::int64_t> ParseNumber(std::string_view text)
-{
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    std::int32_t value = 0;
-    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || ec != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
-}
-
 struct OpWord {
     std::string_view text;
     Op op;
@@ -89,7 +77,7 @@ private:
             return set(Op::WriteIp);
         }
         if (StartsWith(text_, "PRON=")) {
-            const auto value = ParseNumber(text_.substr(5));
+            const auto value = ParseSigned32(text_.substr(5));
             if (!value)
                 return failDone("PRON= needs a number from 0 to 15");
             c_.value = *value;
@@ -146,7 +134,7 @@ private:
             return set(Op::ReadSetting);
         if (rest.front() == '=')
             rest.remove_prefix(1);
-        const auto value = ParseNumber(rest);
+        const auto value = ParseSigned32(rest);
         if (!value)
             return failDone(std::string(word->text) + " needs a whole number");
         c_.value = *value;
@@ -253,7 +241,7 @@ private:
             return set(read);
         if (rest.front() != '=')
             return failDone("unknown command \"" + std::string(text_) + "\"");
-        const auto value = ParseNumber(rest.substr(1));
+        const auto value = ParseSigned32(rest.substr(1));
         if (!value)
             return failDone("a whole number is expected behind \"=\"");
         c_.value = *value;
@@ -299,7 +287,7 @@ private:
         }
         if (text.empty() || text.front() == '-' || text.front() == '+')
             return false;
-        const auto value = ParseNumber(text);
+        const auto value = ParseSigned32(text);
         target.value = value.value_or(0);
         return value.has_value();
     }

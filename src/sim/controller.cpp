@@ -44,6 +44,12 @@ std::string ErrorReply(const std::string& why)
 
 Controller::Controller() { powerCycle(); }
 
+void Controller::powerUpWith(Eeprom eeprom)
+{
+    eeprom_ = std::move(eeprom);
+    powerCycle();
+}
+
 void Controller::powerCycle()
 {
     axes_ = {};

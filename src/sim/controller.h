@@ -42,6 +42,8 @@ public:
     // Power off and on: memory comes back from the EEPROM, outputs take their
     // power-up state (I13), and the programs that I1 names start.
     void powerCycle();
+    // Power on with another EEPROM in place, one kept from an earlier run.
+    void powerUpWith(Eeprom eeprom);
 
     // Read access for tests.
     std::int64_t position(AxisId axis) const { return axes_[AxisIndex(axis)].position(); }
@@ -55,6 +57,7 @@ public:
     std::int32_t vVariable(int n) const { return variables_.v(n); }
     std::int32_t storeCount() const { return eeprom_.writeCount(); }
     bool eepromBusy() const { return eeprom_.busy(now_); }
+    const Eeprom& eeprom() const { return eeprom_; }
     std::uint32_t digitalWord() const { return dio_.word(direction()); }
     const std::optional<std::string>& projectName() const { return projectName_; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <charconv>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -24,6 +25,18 @@ inline std::optional<int> ParseIndex(std::string_view text, int high)
     int value = 0;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (text.empty() || ec != std::errc() || end != text.data() + text.size() || value < 1 || value > high)
+        return std::nullopt;
+    return value;
+}
+
+// A whole signed decimal number that fits 32 bits, with an optional '+'.
+inline std::optional<std::int32_t> ParseSigned32(std::string_view text)
+{
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    std::int32_t value = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || ec != std::errc() || end != text.data() + text.size())
         return std::nullopt;
     return value;
 }

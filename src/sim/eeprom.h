@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace marlune::sim {
@@ -26,6 +27,10 @@ struct EepromImage {
 class Eeprom final {
 public:
     static constexpr std::int64_t kWriteMicros = 400'000;
+
+    Eeprom() = default;
+    // An EEPROM as it was left: its image and how often it was written.
+    Eeprom(EepromImage image, std::int32_t writeCount) : image_(std::move(image)), writeCount_(writeCount) {}
 
     void write(EepromImage image, std::int64_t now);
     bool busy(std::int64_t now) const { return now < busyUntil_; }

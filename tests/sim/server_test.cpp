@@ -12,10 +12,12 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <termios.h>
+#include <thread>
 #include <unistd.h>
 
 namespace marlune::sim {
@@ -235,6 +237,25 @@ TEST_F(ServerEndToEnd, EndsByItselfWhenIdleCleanlyOnTerminateAndRefusesABadComma
 
     SimProcess refused(MARLUNE_SIM_EXECUTABLE, {"--port", "99999"});
     EXPECT_EQ(refused.waitForExit(5s), 2);
+}
+
+TEST_F(ServerEndToEnd, KeepsItsEepromInTheFileItIsGivenAndRefusesOneItCannotRead)
+{
+    const auto file = std::filesystem::temp_directory_path() / ("marlune-sim-eeprom-" + std::to_string(::getpid()));
+    std::filesystem::remove(file);
+    for (const char* written : {"V9=-42", "V9=5"}) {
+        Client client(start({"--eeprom", file.string()}));
+        EXPECT_EQ(client.exchange("V9"), written[3] == '-' ? "0" : "-42");
+        EXPECT_EQ(client.exchange(written), "OK");
+        EXPECT_EQ(client.exchange("STORE"), "OK");
+        std::this_thread::sleep_for(500ms); // the write takes 400 ms, during which nothing answers
+        EXPECT_EQ(client.exchange("I48"), written[3] == '-' ? "1" : "2");
+        EXPECT_EQ(server->terminate(), 0);
+    }
+    std::ofstream(file, std::ios::app) << "V 1 x\n";
+    SimProcess refused(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--eeprom", file.string()});
+    EXPECT_EQ(refused.waitForExit(5s), 1);
+    std::filesystem::remove(file);
 }
 
 TEST_F(ServerEndToEnd, AnswersOnItsPseudoTerminalThroughTheLink)

@@ -65,6 +65,9 @@ bool ParseServerOptions(const std::vector<std::string>& args, ServerOptions& opt
         } else if (arg == "--bind") {
             if (!next(options.bindAddress))
                 return false;
+        } else if (arg == "--eeprom") {
+            if (!next(options.eepromFile))
+                return false;
         } else if (arg == "--pty-link") {
             if (!next(options.ptyLink))
                 return false;
@@ -102,13 +105,14 @@ bool ParseServerOptions(const std::vector<std::string>& args, ServerOptions& opt
 std::string ServerUsage()
 {
     return "usage: marlune-sim [--port N] [--bind ADDRESS] [--no-tcp] [--pty] [--pty-link PATH]\n"
-           "                   [--idle-exit SECONDS] [--exit-after SECONDS]\n"
+           "                   [--idle-exit SECONDS] [--exit-after SECONDS] [--eeprom FILE]\n"
            "                   [--fail no-reply|garbage|no-terminator|drop-after=N|slow=MS]...\n"
            "Serves one simulated Marlune KV controller. A command ends with CR (LF is ignored);\n"
            "a reply ends with the byte 0x04. TCP listens on 127.0.0.1:"
            + std::to_string(kDefaultTcpPort)
            + " unless told otherwise; --port 0 picks a free port.\n"
-             "One line per endpoint is printed at start-up: \"tcp ADDRESS:PORT\", \"pty PATH\".\n";
+             "One line per endpoint is printed at start-up: \"tcp ADDRESS:PORT\", \"pty PATH\".\n"
+             "--eeprom FILE keeps the EEPROM in FILE: loaded at start as at power-up, saved after each STORE.\n";
 }
 
 } // namespace marlune::sim

@@ -18,6 +18,7 @@ struct ServerOptions {
     double idleExitSeconds = 600; // no client for this long: exit
     std::optional<double> exitAfterSeconds;
     FailureModes failures;
+    std::string eepromFile; // empty: the EEPROM is blank at start and lost at exit
     bool help = false;
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <iostream>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -47,6 +48,16 @@ std::int64_t SimServer::elapsedMicros() const
 
 bool SimServer::start(std::ostream& out, std::string& error)
 {
+    if (!options_.eepromFile.empty()) {
+        EepromFile file(options_.eepromFile);
+        auto eeprom = file.load(error);
+        if (!eeprom) {
+            error = "the EEPROM file " + options_.eepromFile + " cannot be used: " + error;
+            return false;
+        }
+        controller_.powerUpWith(std::move(*eeprom));
+        eepromFile_ = std::move(file);
+    }
     if (options_.tcp) {
         const TcpListener listener = OpenTcpListener(options_.bindAddress, options_.port);
         if (listener.fd < 0) {
@@ -136,7 +147,16 @@ void SimServer::run(const volatile std::sig_atomic_t& stopRequested)
         for (auto& [id, link] : links_)
             link.reader.dropStale(now - kStalePartialMicros);
         controller_.advanceTo(now);
+        keepEeprom();
     }
+}
+
+void SimServer::keepEeprom()
+{
+    std::string why;
+    if (eepromFile_ && !eepromFile_->saveIfWritten(controller_.eeprom(), why))
+        std::cerr << "marlune-sim: the EEPROM could not be kept in " << eepromFile_->path().string() << ": " << why
+                  << '\n';
 }
 
 int SimServer::pollTimeoutMs(std::int64_t now) const

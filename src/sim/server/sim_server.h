@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controller.h"
+#include "eeprom_file.h"
 #include "frame_reader.h"
 #include "server_options.h"
 
@@ -8,6 +9,7 @@
 #include <csignal>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -53,9 +55,12 @@ private:
     void closeLink(int id, std::int64_t now);
     void sendDueReplies(std::int64_t now);
     int pollTimeoutMs(std::int64_t now) const;
+    // Saves the EEPROM to its file after a store; a failure is told on standard error.
+    void keepEeprom();
 
     ServerOptions options_;
     Controller controller_;
+    std::optional<EepromFile> eepromFile_; // --eeprom: kept between runs
     std::chrono::steady_clock::time_point started_;
     int listener_ = -1;
     int ptySlave_ = -1;
