@@ -4,6 +4,7 @@
 #include "marlunecom/link_timeouts.h"
 #include "marlunecom/simulator_com.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,9 +12,10 @@
 namespace marlune::marlunecom {
 
 struct ComOptions {
-    SimulatorCom::Clock simulatorClock;       // empty: the steady clock
-    std::optional<std::string> vendorLibrary; // a path; empty: $MARLUNE_COM_LIBRARY or libMarluneCom.so
-    LinkTimeouts timeouts;                    // of the built-in links
+    SimulatorCom::Clock simulatorClock;                   // empty: the steady clock
+    std::optional<std::string> vendorLibrary;             // a path; empty: $MARLUNE_COM_LIBRARY or libMarluneCom.so
+    LinkTimeouts timeouts;                                // of the built-in links
+    std::optional<std::filesystem::path> simulatorEeprom; // where the simulated controller keeps its EEPROM
 };
 
 enum class ComSource {
@@ -25,6 +27,7 @@ struct ComChoice {
     std::unique_ptr<link::MarluneCom> com;
     ComSource source = ComSource::BuiltIn;
     std::string description; // one line for the About box or a log: what was chosen and why
+    std::string problem;     // what the operator must be told at start; empty when all is well
 };
 
 // The controller maker's library when it loads and has its three functions; otherwise the

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iostream>
 
 namespace marlune::marlunecom {
 namespace {
@@ -59,6 +60,7 @@ std::int32_t SimulatorCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, 
 
     const auto [command, complete] = CommandOfFrame(RequestFrame(request));
     const auto answer = complete ? controller_.execute(command) : std::nullopt;
+    keepEeprom();
     if (!answer)
         return timeOut();
 
@@ -72,6 +74,25 @@ std::int32_t SimulatorCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, 
     else
         WriteReplyFrame(*answer, reply);
     return 1;
+}
+
+bool SimulatorCom::keepEepromIn(std::filesystem::path file, std::string& why)
+{
+    sim::EepromFile kept(std::move(file));
+    auto eeprom = kept.load(why);
+    if (!eeprom)
+        return false;
+    controller_.powerUpWith(std::move(*eeprom));
+    eepromFile_ = std::move(kept);
+    return true;
+}
+
+void SimulatorCom::keepEeprom()
+{
+    std::string why;
+    if (eepromFile_ && !eepromFile_->saveIfWritten(controller_.eeprom(), why))
+        std::cerr << "The simulated controller's EEPROM could not be kept in " << eepromFile_->path().string() << ": "
+                  << why << '\n';
 }
 
 std::int32_t SimulatorCom::failExchange()

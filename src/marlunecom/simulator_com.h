@@ -4,11 +4,15 @@
 #include "marlunecom/handle_table.h"
 #include "marlunecom/link_timeouts.h"
 #include "sim/controller.h"
+#include "sim/eeprom_file.h"
 #include "sim/failure_modes.h"
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace marlune::marlunecom {
 
@@ -39,6 +43,11 @@ public:
     std::int32_t close(std::int32_t kind, std::int32_t handle) override;
     std::int32_t sendRecv(std::int32_t kind, std::int32_t handle, const char* request, char* reply) override;
 
+    // Keeps the controller's EEPROM in `file` from now on: what the file holds comes into memory
+    // as at power-up, and every store is saved to it. False and why when the file is there but
+    // cannot be read: the controller keeps its blank EEPROM and the file is left as it is.
+    bool keepEepromIn(std::filesystem::path file, std::string& why);
+
     sim::Controller& controller() { return controller_; }
     sim::FailureModes& failureModes() { return controller_.failureModes(); }
     const sim::LinkCounters& counters() const { return counters_; }
@@ -51,12 +60,14 @@ private:
     std::int32_t failExchange();
     std::int32_t timeOut();
     bool dropsNow();
+    void keepEeprom();
 
     Clock clock_;
     std::int64_t replyTimeoutMicros_;
     sim::Controller controller_;
     sim::LinkCounters counters_;
     HandleTable<SimulatedLink> links_;
+    std::optional<sim::EepromFile> eepromFile_;
 };
 
 } // namespace marlune::marlunecom

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QStandardPaths>
 
 #include "forms/platform.h"
 #include "link/controller_link.h"
@@ -19,10 +20,18 @@ int main(int argc, char* argv[])
     QObject::connect(&platform, &marlune::qt::QtPlatform::frameUnloaded, &app, &QCoreApplication::quit,
                      Qt::QueuedConnection);
 
-    marlune::marlunecom::ComChoice com = marlune::marlunecom::ChooseMarluneCom({});
+    // The built-in simulated controller keeps its EEPROM in the per-user data folder, so that
+    // what an operator stored is there after a restart, as on a controller.
+    marlune::marlunecom::ComOptions options;
+    if (const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation); !folder.isEmpty())
+        options.simulatorEeprom = (folder + QStringLiteral("/simulated-controller.eeprom")).toStdString();
+    marlune::marlunecom::ComChoice com = marlune::marlunecom::ChooseMarluneCom(options);
     marlune::link::SetCom(com.com.get());
 
     marlune::shell::Program program;
     program.Main();
+    if (!com.problem.empty())
+        marlune::forms::MsgBox(com.problem, marlune::forms::MessageButtons::OK,
+                               marlune::forms::MessageIcon::Exclamation);
     return QApplication::exec();
 }

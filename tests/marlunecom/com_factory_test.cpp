@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 ComOptions Options(std::optional<std::string> library, std::int64_t& clock)
 {
-    return ComOptions{[&clock] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}};
+    return ComOptions{[&clock] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}, {}};
 }
 
 struct LibraryCase {
