@@ -4,9 +4,9 @@
 // the counter `of_floor`; it should stay at most 1.5.
 #include <benchmark/benchmark.h>
 
-#include <QPushButton>
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 
 #include <algorithm>
@@ -28,10 +28,7 @@ namespace {
 using namespace marlune;
 using Clock = std::chrono::steady_clock;
 
-double Seconds(Clock::duration d)
-{
-    return std::chrono::duration<double>(d).count();
-}
+double Seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
 
 // The median of single variable reads, the exchange every tick of a store makes.
 double MedianExchangeSeconds()
@@ -53,8 +50,9 @@ void AnswerMessagesAsTheyCome(QTimer& timer)
 {
     QObject::connect(&timer, &QTimer::timeout, [] {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* box = qobject_cast<QMessageBox*>(widget); box && box->isVisible() && box->defaultButton())
-                box->defaultButton()->click();
+            auto* box = qobject_cast<QMessageBox*>(widget);
+            if (box != nullptr && box->isVisible() && !box->buttons().isEmpty())
+                box->buttons().front()->click();
         }
     });
     timer.start(2);
