@@ -20,19 +20,16 @@ TEST(Smoke, AnOperatorOpensTheTerminalTypesTheStatusQueryAndReadsTheReply)
     QProcess run;
     run.setWorkingDirectory(work.path());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), work.filePath(QStringLiteral("config")));
+    environment.insert("XDG_CONFIG_HOME", work.filePath("config"));
     run.setProcessEnvironment(environment);
     run.setProcessChannelMode(QProcess::MergedChannels);
-    run.start(QStringLiteral("xvfb-run"),
-              {QStringLiteral("-a"), QStringLiteral("-s"), QStringLiteral("-screen 0 1280x800x24"),
-               QStringLiteral("bash"), QStringLiteral(MARLUNE_SMOKE_SCRIPT), QStringLiteral(MARLUNE_DESK),
-               QStringLiteral(MARLUNE_CLIPBOARD_READER)});
+    run.start("xvfb-run", {"-a", "-s", "-screen 0 1280x800x24", "bash", MARLUNE_SMOKE_SCRIPT, MARLUNE_DESK,
+                           MARLUNE_CLIPBOARD_READER});
     ASSERT_TRUE(run.waitForFinished(25000)) << "the smoke run did not end";
     const QString output = QString::fromUtf8(run.readAll());
-    EXPECT_TRUE(output.contains(QStringLiteral("SEND :???"))) << output.toStdString();
-    EXPECT_TRUE(output.contains(QStringLiteral("REPLY:@"))) << output.toStdString();
-    EXPECT_TRUE(output.contains(QStringLiteral("desk ended with 0"))) << output.toStdString();
-    EXPECT_TRUE(QFile::exists(work.filePath(QStringLiteral("config/Marlune/Marlune Desk.conf"))))
+    for (const char* seen : {"SEND :???", "REPLY:@", "desk ended with 0"})
+        EXPECT_TRUE(output.contains(QString::fromLatin1(seen))) << seen << " missing from:\n" << output.toStdString();
+    EXPECT_TRUE(QFile::exists(work.filePath("config/Marlune/Marlune Desk.conf")))
             << "the frame writes its place when it unloads";
 }
 
