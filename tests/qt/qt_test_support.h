@@ -18,6 +18,9 @@
 #include "qt/qt_platform.h"
 #include "shell/program.h"
 
+// Failures show text as text.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+
 namespace marlune::qt::test {
 
 // What went over the wire: the command of each exchange, without its CR.
