@@ -8,16 +8,18 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "forms/form.h"
 #include "forms/platform.h"
 #include "headless/scripted_controller.h"
 #include "link/controller_link.h"
 #include "qt/qt_platform.h"
+#include "shell/program.h"
+
+// Failures show text as text.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
 namespace marlune::qt::test {
 
@@ -46,23 +48,17 @@ public:
         link::SetCom(nullptr);
         forms::SetPlatform(nullptr);
     }
-    QtDesk(const QtDesk&) = delete;
-    QtDesk& operator=(const QtDesk&) = delete;
 
     QtPlatform platform;
     headless::ScriptedController com;
 };
 
-// Runs `steps` from inside the modal showing of `form` (in its nested loop), then makes sure
-// the showing ends, so that a failing step cannot hang the test.
-inline void WhileModal(forms::Form& form, forms::Form* owner, const std::function<void()>& steps)
-{
-    QTimer::singleShot(0, [&form, steps] {
-        steps();
-        form.unload();
-    });
-    forms::ShowModal(form, owner);
-}
+// The program on that desktop.
+class DeskTest : public testing::Test {
+protected:
+    QtDesk desk;
+    shell::Program program;
+};
 
 // Lets posted events (deferred deletes, layout, paint) run.
 inline void Settle()
@@ -87,10 +83,10 @@ inline void Type(QWidget* widget, const QString& text)
 // Saves a picture of `window` for a person to look at.
 inline bool SaveScreenshot(QWidget& window, const char* name)
 {
-    QDir().mkpath(QStringLiteral(MARLUNE_SCREENSHOT_DIR));
-    const QString path = QDir(QStringLiteral(MARLUNE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(name));
-    std::cout << "screenshot: " << path.toStdString() << '\n';
-    return window.grab().save(path, "PNG");
+    const QDir dir(QStringLiteral(MARLUNE_SCREENSHOT_DIR));
+    dir.mkpath(QStringLiteral("."));
+    std::cout << "screenshot: " << dir.filePath(QString::fromLatin1(name)).toStdString() << '\n';
+    return window.grab().save(dir.filePath(QString::fromLatin1(name)), "PNG");
 }
 
 } // namespace marlune::qt::test

@@ -1,15 +1,24 @@
 #!/usr/bin/env bash
-# Runs inside xvfb-run: starts marlune-desk, opens the terminal from the Tools menu, types ???
-# and Enter, selects the whole log and copies it, prints what the clipboard then holds, and
-# ends the terminal and the program as an operator does. Usage: smoke_terminal.sh DESK READER
+# marlune-desk for real, on an X server of its own: the operator's way to the terminal. Starts
+# the desk, opens the terminal from the Tools menu, types ??? and Enter, selects the whole log
+# and copies it, reads the clipboard, then ends the terminal and the program as an operator does,
+# and the frame writes its place. Usage: smoke_terminal.sh DESK READER; 77 means skipped.
 set -u
-desk=$1
-reader=$2
+for tool in xvfb-run xdotool Xvfb; do
+  command -v "$tool" >/dev/null || { echo "$tool is not installed (Debian packages xvfb and xdotool)"; exit 77; }
+done
+[ -n "${MARLUNE_SMOKE_ON_XVFB:-}" ] || MARLUNE_SMOKE_ON_XVFB=1 exec xvfb-run -a -s "-screen 0 1280x800x24" bash "$0" "$@"
+desk=$(realpath "$1")
+reader=$(realpath "$2")
 export QT_QPA_PLATFORM=xcb
+# A working folder without marlunecom.ini: the built-in simulated controller.
+work=$(mktemp -d)
+export XDG_CONFIG_HOME=$work/config
+cd "$work" || exit 1
 
 "$desk" &
 pid=$!
-trap 'kill "$pid" 2>/dev/null' EXIT
+trap 'kill "$pid" 2>/dev/null; rm -rf "$work"' EXIT
 
 frame=$(timeout 10 xdotool search --sync --onlyvisible --name '^MarluneDesk$' | head -1)
 [ -n "$frame" ] || { echo "the frame did not appear"; exit 2; }
@@ -34,6 +43,7 @@ for _ in $(seq 1 30); do
   sleep 0.1
 done
 printf '%s\n' "$log"
+grep -q 'SEND :???' <<<"$log" && grep -q 'REPLY:@' <<<"$log" || { echo "no query and reply were copied"; exit 4; }
 
 xdotool key Tab
 xdotool type --delay 20 'exit'
@@ -43,10 +53,11 @@ xdotool windowfocus --sync "$frame"
 xdotool key --delay 100 alt+f x
 for _ in $(seq 1 50); do
   if ! kill -0 "$pid" 2>/dev/null; then
-    wait "$pid"
-    echo "desk ended with $?"
+    wait "$pid" || { echo "desk ended with $?"; exit 5; }
+    [ -f "$XDG_CONFIG_HOME/Marlune/Marlune Desk.conf" ] || { echo "the frame wrote no place"; exit 6; }
     exit 0
   fi
   sleep 0.1
 done
 echo "desk is still running"
+exit 7

@@ -1,0 +1,299 @@
+// The program's windows on the Qt desktop: the frame shows its model's menus and tool bar
+// exactly, opens the terminal, arranges its children and ends the program when it closes;
+// every .ui layout matches its form one to one; the motion panel repaints only what changed;
+// the transfer dialog's bar moves under the desktop's own 1 ms timer and the comparison shows
+// its differences as rows.
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QSettings>
+#include <QTextBrowser>
+#include <QToolBar>
+
+#include <memory>
+
+#include "forms/control.h"
+#include "panel/main_control.h"
+#include "qt/form_binder.h"
+#include "qt/form_layouts.h"
+#include "qt/help_browser.h"
+#include "qt/mdi_frame.h"
+#include "qt/shown_text.h"
+#include "qt_test_support.h"
+#include "shell/frm_main.h"
+#include "tools/terminal.h"
+#include "transfer/compare_memory.h"
+#include "transfer/status.h"
+
+namespace marlune::qt::test {
+namespace {
+
+class Frame : public DeskTest {
+protected:
+    Frame()
+    {
+        program.Main();
+        frame = desk.platform.frame();
+    }
+
+    MdiFrame* frame = nullptr;
+};
+
+// The menu bar walked in order: each entry as its name, its parent's name, caption and shortcut.
+void Walk(const QList<QAction*>& actions, const QString& parent, QStringList& out)
+{
+    for (QAction* action : actions) {
+        const QString caption = action->isSeparator() ? QStringLiteral("-") : action->text();
+        out << action->objectName() + '|' + parent + '|' + caption + '|'
+                        + action->shortcut().toString(QKeySequence::PortableText);
+        if (action->menu())
+            Walk(action->menu()->actions(), action->objectName(), out);
+    }
+}
+
+TEST_F(Frame, ShowsTheModelsMenusAndToolBarExactlyAndRendersTidily)
+{
+    frame->show();
+    Settle();
+    EXPECT_TRUE(SaveScreenshot(*frame, "frmMain.png"));
+    EXPECT_EQ(frame->windowTitle(), "MarluneDesk");
+    EXPECT_FALSE(frame->findChild<QLabel*>(QStringLiteral("sbTime"))->text().isEmpty());
+
+    QStringList expected, shown; // a tool bar's separator is "-"; a button its key, tool tip and picture
+    for (forms::Control* control : program.frame().controls()) {
+        if (auto* item = dynamic_cast<forms::MenuItem*>(control))
+            expected << ShownText(item->name() + '|' + item->parent() + '|' + item->caption() + '|' + item->shortcut());
+    }
+    for (const forms::ToolButton& button : program.frame().tbToolBar.buttons())
+        expected << (button.key.empty() ? QStringLiteral("-") : ShownText(button.key + '|' + button.toolTip + "|icon"));
+    Walk(frame->menuBar()->actions(), QString(), shown);
+    auto* bar = frame->findChild<QToolBar*>(QStringLiteral("tbToolBar"));
+    for (const QAction* action : bar->actions())
+        shown << (action->isSeparator() ? QStringLiteral("-")
+                                        : action->data().toString() + '|' + action->toolTip()
+                                                  + (action->icon().isNull() ? "|none" : "|icon"));
+    EXPECT_EQ(shown, expected);
+    EXPECT_EQ(bar->toolButtonStyle(), Qt::ToolButtonIconOnly);
+}
+
+TEST_F(Frame, TheTerminalOpensModallyFromTheMenuRunsACommandAndItsCloseBoxUnloadsIt)
+{
+    desk.com.setReply("???", "@0,0,0,0.");
+    tools::Terminal& terminal = program.terminal();
+    QTimer::singleShot(0, [&] {
+        QWidget* window = desk.platform.window(terminal);
+        EXPECT_TRUE(window->isModal());
+        EXPECT_EQ(window->windowTitle(), "Marlune Terminal");
+        auto* line = window->findChild<QLineEdit*>(QStringLiteral("CommandLine"));
+        Type(line, QStringLiteral("???"));
+        Key(line, Qt::Key_Return, QStringLiteral("\r"));
+        EXPECT_TRUE(window->findChild<QPlainTextEdit*>()->toPlainText().contains(QStringLiteral("REPLY:@0,0,0,0.")));
+        EXPECT_EQ(line->text(), "");
+        // The Test button lies out of reach below the window; Close lies inside.
+        window->resize(640, 420);
+        Settle();
+        auto* close = window->findChild<QWidget*>(QStringLiteral("CloseTerminal"));
+        EXPECT_TRUE(window->findChild<QWidget*>(QStringLiteral("Test"))->visibleRegion().isEmpty());
+        EXPECT_TRUE(window->rect().contains(QRect(close->mapTo(window, QPoint(0, 0)), close->size())));
+        EXPECT_TRUE(SaveScreenshot(*window, "Terminal.png"));
+        window->close();
+    });
+    frame->menuBar()->findChild<QAction*>(QStringLiteral("mnuToolsTerminal"))->trigger();
+    EXPECT_EQ(Requests(desk.com), std::vector<std::string>{"???"});
+    EXPECT_FALSE(terminal.loaded());
+    EXPECT_EQ(desk.platform.window(terminal), nullptr);
+}
+
+TEST_F(Frame, TheCloseBoxUnloadsTheFrameWhichSavesItsPlaceAndEndsTheProgram)
+{
+    QSettings(QStringLiteral("Marlune"), QStringLiteral("Marlune Desk")).clear();
+    bool ended = false;
+    QObject::connect(&desk.platform, &QtPlatform::frameUnloaded, [&] { ended = true; });
+    frame->setGeometry(40, 50, 800, 600);
+    frame->close();
+    EXPECT_TRUE(ended);
+    EXPECT_FALSE(program.frame().loaded());
+    QSettings settings(QStringLiteral("Marlune"), QStringLiteral("Marlune Desk"));
+    EXPECT_EQ(settings.value(QStringLiteral("Settings/MainWidth")).toString().toInt(),
+              program.frame().width * shell::kTwipsPerPixel);
+    EXPECT_GE(program.frame().width, 800);
+}
+
+TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
+{
+    frame->resize(900, 600);
+    frame->show();
+    forms::Form first("Child", "First"), second("Child", "Second"), third("Child", "Third");
+    for (forms::Form* child : {&first, &second, &third}) {
+        child->load();
+        desk.platform.showModeless(*child, &program.frame());
+    }
+    EXPECT_EQ(desk.platform.activeChild(), &third);
+    desk.platform.activate(first);
+    EXPECT_EQ(desk.platform.activeChild(), &first);
+
+    QMenu* window = desk.platform.binder(program.frame())->menu("mnuWindow");
+    emit window->aboutToShow();
+    QStringList listed;
+    for (QAction* action : window->actions()) {
+        if (action->objectName().isEmpty() && !action->isSeparator())
+            listed << action->text();
+    }
+    EXPECT_EQ(listed, (QStringList{"&1 First", "&2 Second", "&3 Third"}));
+
+    // Tile vertically: side by side, the topmost (the active one) first, each the full height.
+    desk.platform.arrange(forms::Arrangement::TileVertical);
+    const QRect area = frame->area().viewport()->rect();
+    const auto place = [&] { return desk.platform.window(first)->parentWidget()->geometry(); };
+    EXPECT_EQ(place(), QRect(area.topLeft(), QSize(place().width(), area.height())));
+    desk.platform.arrange(forms::Arrangement::TileHorizontal);
+    EXPECT_EQ(place().width(), area.width());
+
+    first.unload();
+    Settle();
+    EXPECT_EQ(frame->area().subWindowList().size(), 2);
+    EXPECT_NE(desk.platform.activeChild(), &first);
+}
+
+TEST_F(Frame, HelpShowsTheLanguageManual)
+{
+    ASSERT_TRUE(LocateManual().has_value()) << "docs/controller-language.md belongs to the sources";
+    const auto error = desk.platform.showHelp("Marlune KV Language Manual.hlp", 3);
+    ASSERT_FALSE(error.has_value()) << *error;
+    HelpBrowser* help = desk.platform.helpBrowser();
+    EXPECT_TRUE(help->isVisible());
+    EXPECT_GT(help->browser().document()->blockCount(), 10);
+    help->close();
+}
+
+using Layouts = DeskTest;
+using PanelWindow = DeskTest;
+using TransferWindows = DeskTest;
+
+TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
+{
+    program.frame();
+    program.terminal();
+    program.mainControl();
+    program.status();
+    program.compareMemory();
+    for (const FormLayout& layout : FormLayouts()) {
+        SCOPED_TRACE(std::string(layout.formName));
+        forms::Form* form = program.findForm(layout.formName);
+        ASSERT_NE(form, nullptr) << "a layout for a form the program does not have";
+        std::unique_ptr<QWidget> window = layout.frame ? std::make_unique<QMainWindow>() : std::make_unique<QWidget>();
+        layout.setUp(*window);
+        for (forms::Control* control : form->controls()) {
+            const bool shown =
+                    control->kind() != forms::ControlKind::Timer && control->kind() != forms::ControlKind::MenuItem;
+            EXPECT_EQ(window->findChildren<QWidget*>(QString::fromStdString(control->name())).size(), shown ? 1 : 0)
+                    << control->name() << " needs exactly one widget";
+        }
+        for (const QWidget* widget : window->findChildren<QWidget*>()) {
+            const std::string name = widget->objectName().toStdString();
+            EXPECT_TRUE(!ShowsAControl(*widget) || form->control(name))
+                    << "the " << widget->metaObject()->className() << " '" << name << "' has no control";
+        }
+        // Each control's widget is of a kind that shows it.
+        FormBinder binder(*form, *window);
+        EXPECT_TRUE(binder.unbound().empty()) << binder.unbound().front();
+    }
+}
+
+// Counts the paint events of every widget of a window.
+class PaintCounter final : public QObject {
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+const char* const kStatus = "@1200,-35,0,0,1199,-35,0,0,4000,0,0,0,4,24,0,0,16.1,1,0,0,0,12,1,1,1.0,1.";
+
+TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
+{
+    for (const auto& [request, reply] :
+         {std::pair{"I12", "48"}, {"HSPD", "4000"}, {"LSPD", "500"}, {"ACCEL", "100"}, {"???", kStatus}})
+        desk.com.setReply(request, reply);
+    link::Link().linkKind = 1;
+    panel::MainControl& panel = program.mainControl();
+    bool ran = false;
+    QTimer::singleShot(0, [&] {
+        QWidget* window = desk.platform.window(panel);
+        window->resize(window->sizeHint().expandedTo(QSize(980, 600)));
+        panel.pollTick();
+        Settle();
+        EXPECT_EQ(window->findChild<QLineEdit*>("PosX")->text(), "1200");
+        EXPECT_TRUE(SaveScreenshot(*window, "MainControl.png"));
+
+        PaintCounter counter;
+        for (QWidget* widget : window->findChildren<QWidget*>())
+            widget->installEventFilter(&counter);
+        const std::size_t before = Requests(desk.com).size();
+        panel.pollTick();
+        Settle();
+        EXPECT_EQ(Requests(desk.com).size(), before + 1) << "one poll went out";
+        EXPECT_EQ(counter.paints, 0) << "a poll with no changed values repaints nothing";
+        desk.com.setReply("???", QString(kStatus).replace("1200", "1201").toStdString());
+        panel.pollTick();
+        Settle();
+        EXPECT_GT(counter.paints, 0) << "a changed position is painted";
+        ran = true;
+        panel.unload();
+    });
+    forms::ShowModal(panel, nullptr);
+    EXPECT_TRUE(ran);
+}
+
+TEST_F(TransferWindows, TheBarMovesWhileVariablesAreReadAndDifferencesShowAsRows)
+{
+    desk.com.setDefaultReply("5");
+    desk.com.setReply("V7", "9");
+    link::Link().linkKind = 1;
+    transfer::Status& status = program.status();
+    status.operationType = static_cast<std::int16_t>(transfer::Operation::ReadMemory);
+    int shownMidway = -1;
+    QTimer::singleShot(100, [&] {
+        QWidget* window = desk.platform.window(status);
+        ASSERT_NE(window, nullptr);
+        shownMidway = window->findChild<QProgressBar*>(QStringLiteral("Progress"))->value();
+        EXPECT_EQ(shownMidway, status.Progress.value());
+        EXPECT_TRUE(SaveScreenshot(*window, "Status.png"));
+    });
+    status.showTransfer("Comparing Controller Memory with File", nullptr);
+    EXPECT_GT(shownMidway, 0);
+    EXPECT_LT(shownMidway, 10000);
+    ASSERT_EQ(status.operationResult, 1);
+    ASSERT_EQ(status.memoryValues.size(), 296u);
+
+    transfer::CompareMemory& compare = program.compareMemory();
+    bool shown = false;
+    QTimer::singleShot(0, [&] {
+        QWidget* window = desk.platform.window(compare);
+        ASSERT_NE(window, nullptr);
+        auto* rows = window->findChild<QListWidget*>(QStringLiteral("Differences"));
+        ASSERT_EQ(rows->count(), 1);
+        EXPECT_EQ(rows->item(0)->text().simplified(), "V7 5 9");
+        EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("Summary"))->text(), "1 variable differs from mem.dat.");
+        EXPECT_TRUE(SaveScreenshot(*window, "frmCompareMemory.png"));
+        shown = true;
+        compare.unload();
+    });
+    compare.showDifferences("mem.dat", transfer::FindDifferences({{"V7", 5}, {"I1", 5}}, status.memoryValues));
+    EXPECT_TRUE(shown);
+}
+
+} // namespace
+} // namespace marlune::qt::test
