@@ -113,7 +113,7 @@ TEST_F(PlatformTest, ANewIntervalOrARestartCountsFromThatMomentAndATimerMayStopI
 TEST_F(PlatformTest, TimersTickWhileTheirFormStaysLoadedAndStopWhenItUnloadsOrGoes)
 {
     auto other = std::make_unique<TestForm>("Fresh");
-    addTimer(form, "kept", 100);
+    auto& kept = addTimer(form, "kept", 100);
     addTimer(*other, "gone", 100);
     bool refuse = true;
     form.onUnload = [&] { return !refuse; };
@@ -122,6 +122,7 @@ TEST_F(PlatformTest, TimersTickWhileTheirFormStaysLoadedAndStopWhenItUnloadsOrGo
     platform.advance(250);
     refuse = false;
     EXPECT_TRUE(form.unload());
+    EXPECT_FALSE(platform.dueTime(kept));
     other.reset();
     platform.advance(1000);
     EXPECT_EQ(ticks, "kept@100 gone@100 kept@200 gone@200");
