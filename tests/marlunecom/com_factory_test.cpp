@@ -1,10 +1,10 @@
+#include "link_test_support.h"
 #include "marlunecom/com_factory.h"
 #include "marlunecom/kind_router_com.h"
 #include "marlunecom/serial_com.h"
 #include "marlunecom/simulator_com.h"
 #include "marlunecom/tcp_com.h"
 #include "marlunecom/vendor_library_com.h"
-#include "reply_buffer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,8 @@
+#include "link_test_support.h"
 #include "marlunecom/kind_router_com.h"
 #include "marlunecom/serial_com.h"
 #include "marlunecom/tcp_address.h"
 #include "marlunecom/tcp_com.h"
-#include "reply_buffer.h"
-#include "scripted_peer.h"
 #include "sim/controller.h"
 #include "sim_process.h"
 

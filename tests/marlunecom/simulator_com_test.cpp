@@ -1,7 +1,7 @@
 #include "link/marlune_com.h"
+#include "link_test_support.h"
 #include "marlunecom/reply_frame.h"
 #include "marlunecom/simulator_com.h"
-#include "reply_buffer.h"
 
 #include <gtest/gtest.h>
 

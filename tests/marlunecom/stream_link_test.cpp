@@ -2,12 +2,11 @@
 // each: a loopback connection and a pseudo-terminal.
 
 #include "link/marlune_com.h"
+#include "link_test_support.h"
 #include "marlunecom/com_port_name.h"
 #include "marlunecom/reply_frame.h"
 #include "marlunecom/serial_com.h"
 #include "marlunecom/tcp_com.h"
-#include "reply_buffer.h"
-#include "scripted_peer.h"
 
 #include <gtest/gtest.h>
 
