@@ -20,11 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-ComOptions Options(std::optional<std::string> library, std::int64_t& clock)
-{
-    return ComOptions{[&clock] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}};
-}
-
 struct LibraryCase {
     std::optional<std::string> library; // as the options name it
     const char* variable;               // MARLUNE_COM_LIBRARY; nullptr: unset
@@ -44,7 +39,7 @@ TEST_P(LibraryChoiceTest, TakesTheMakersLibraryOrSaysWhyNot)
     if (c.source == ComSource::BuiltIn && c.told == kVendorLibraryName && VendorLibraryCom::load(c.told).com)
         GTEST_SKIP() << kVendorLibraryName << " is installed on this machine";
     std::int64_t clock = 7'000'000;
-    const auto choice = ChooseMarluneCom(Options(c.library, clock));
+    const auto choice = ChooseMarluneCom({[&clock] { return clock; }, c.library, LinkTimeouts{200ms, 200ms}});
     ::unsetenv(kVendorLibraryVariable);
     ASSERT_EQ(choice.source, c.source);
     EXPECT_NE(choice.description.find(c.told), std::string::npos) << choice.description;
