@@ -1,5 +1,7 @@
 #include <map>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,38 +14,24 @@
 namespace marlune::headless {
 namespace {
 
-struct LexCase {
-    std::string line;
-    std::vector<std::string> words;
-};
-
-void PrintTo(const LexCase& c, std::ostream* os) { *os << Quoted(c.line); }
-
-class LexWords : public ::testing::TestWithParam<LexCase> {};
-
-TEST_P(LexWords, SplitsAndResolvesEscapes)
+TEST(ScenarioLexer, SplitsWordsResolvesEscapesAndReportsWhatIsWrongWithALine)
 {
-    const LexedLine lexed = LexLine(GetParam().line);
-    ASSERT_EQ(lexed.error, "");
-    std::vector<std::string> words;
-    for (const Word& word : lexed.words)
-        words.push_back(word.text);
-    EXPECT_EQ(words, GetParam().words);
-}
-
-INSTANTIATE_TEST_SUITE_P(Lines, LexWords,
-                         ::testing::Values(LexCase{"reply X1000 OK", {"reply", "X1000", "OK"}},
-                                           LexCase{"  \texpect   sent\t\"A B\"  ", {"expect", "sent", "A B"}},
-                                           LexCase{R"(x "q\"uote" "back\\slash")", {"x", "q\"uote", "back\\slash"}},
-                                           LexCase{R"(x "\r\n\t")", {"x", "\r\n\t"}},
-                                           LexCase{R"(x "\x04\x7f\xFFz")", {"x", std::string("\x04\x7f\xff", 3) + "z"}},
-                                           LexCase{R"(x "\x00")", {"x", std::string(1, '\0')}},
-                                           LexCase{R"(x "" C:\dir)", {"x", "", "C:\\dir"}},
-                                           LexCase{"x a#b", {"x", "a#b"}}, LexCase{"   # a comment \"unclosed", {}},
-                                           LexCase{"", {}}));
-
-TEST(ScenarioLexer, ReportsWhatIsWrongWithALine)
-{
+    // clang-format off
+    const std::vector<std::pair<std::string, std::vector<std::string>>> lines = {
+        {"reply X1000 OK", {"reply", "X1000", "OK"}}, {"  \texpect   sent\t\"A B\"  ", {"expect", "sent", "A B"}},
+        {R"(x "q\"uote" "back\\slash")", {"x", "q\"uote", "back\\slash"}}, {R"(x "\r\n\t")", {"x", "\r\n\t"}},
+        {R"(x "\x04\x7f\xFFz")", {"x", std::string("\x04\x7f\xff", 3) + "z"}}, {"x a#b", {"x", "a#b"}},
+        {R"(x "\x00")", {"x", std::string(1, '\0')}}, {R"(x "" C:\dir)", {"x", "", "C:\\dir"}},
+        {"   # a comment \"unclosed", {}}, {"", {}}};
+    // clang-format on
+    for (const auto& [line, expected] : lines) {
+        const LexedLine lexed = LexLine(line);
+        std::vector<std::string> words;
+        for (const Word& word : lexed.words)
+            words.push_back(word.text);
+        EXPECT_EQ(lexed.error, "") << Quoted(line);
+        EXPECT_EQ(words, expected) << Quoted(line);
+    }
     for (const char* line : {R"(x "unclosed)", R"(x "ends in \")", R"(x "\q")", R"(x "\x4")", R"(x "\xG0")",
                              R"(x ab"cd")", R"(x "ab"cd)", R"(x "a\)"})
         EXPECT_NE(LexLine(line).error, "") << line;
@@ -108,48 +96,38 @@ TEST(ScenarioParser, NestedRepeatsUnrollInOrder)
     EXPECT_TRUE(Unrolled(file.scenarios[1]).empty());
 }
 
-struct ErrorCase {
-    std::string text;
-    int scenario; // -1: the error stands outside every scenario
-    int line;
-    std::string message;
-};
-
-void PrintTo(const ErrorCase& c, std::ostream* os) { *os << Quoted(c.text); }
-
-class ParseErrors : public ::testing::TestWithParam<ErrorCase> {};
-
-TEST_P(ParseErrors, NameTheirLine)
+// Each error names its line and spoils only the scenario it stands in (-1: none, it stands
+// outside every scenario); every scenario line still starts one.
+TEST(ScenarioParser, ErrorsNameTheirLine)
 {
-    const ErrorCase& c = GetParam();
-    const ScenarioFile file = ParseScenarios(c.text);
-    const std::optional<ParseError>& error =
-            c.scenario < 0 ? file.error : file.scenarios.at(static_cast<std::size_t>(c.scenario)).error;
-    ASSERT_TRUE(error) << c.text;
-    EXPECT_EQ(error->line, c.line);
-    EXPECT_NE(error->message.find(c.message), std::string::npos) << error->message;
-    // The error spoils only the scenario it stands in; every scenario line still starts one.
-    std::size_t titles = 0;
-    for (auto at = c.text.find("scenario"); at != std::string::npos; at = c.text.find("scenario", at + 1))
-        ++titles;
-    EXPECT_EQ(file.scenarios.size(), titles);
-    for (std::size_t i = 0; i < file.scenarios.size(); ++i)
-        EXPECT_EQ(bool(file.scenarios[i].error), static_cast<int>(i) == c.scenario) << i;
+    // clang-format off
+    const std::vector<std::tuple<std::string, int, int, std::string>> files = {
+        {"", -1, 1, "no scenario"}, {"\n# only\nstart\n", -1, 3, "before the first"}, {"scenario\n", 0, 1, "one title"},
+        {"scenario a\nstart\nend-repeat\n", 0, 3, "without repeat"},
+        {"scenario a\nend-repeat now\n", 0, 2, "takes nothing"},
+        {"scenario a\nrepeat 2\nrepeat 3\nend-repeat\nscenario b\n", 0, 2, "without end-repeat"},
+        {"scenario a\nrepeat 2\n", 0, 2, "without end-repeat"},
+        {"scenario a\nrepeat many\nend-repeat\n", 0, 2, "count"},
+        {"scenario a\nrepeat -1\nend-repeat\n", 0, 2, "count"},
+        {"scenario a\nx \"\\q\"\nscenario b\nx c\n", 0, 2, "escape"},
+        {"scenario a\nstart\n  type X.Y \"open\n", 0, 3, "closing quote"}};
+    // clang-format on
+    for (const auto& [text, scenario, line, message] : files) {
+        SCOPED_TRACE(Quoted(text));
+        const ScenarioFile file = ParseScenarios(text);
+        const std::optional<ParseError>& error =
+                scenario < 0 ? file.error : file.scenarios.at(static_cast<std::size_t>(scenario)).error;
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->line, line);
+        EXPECT_NE(error->message.find(message), std::string::npos) << error->message;
+        std::size_t titles = 0;
+        for (auto at = text.find("scenario"); at != std::string::npos; at = text.find("scenario", at + 1))
+            ++titles;
+        EXPECT_EQ(file.scenarios.size(), titles);
+        for (std::size_t i = 0; i < file.scenarios.size(); ++i)
+            EXPECT_EQ(bool(file.scenarios[i].error), static_cast<int>(i) == scenario) << i;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Files, ParseErrors,
-                         ::testing::Values(ErrorCase{"", -1, 1, "no scenario"},
-                                           ErrorCase{"\n# only\nstart\n", -1, 3, "before the first"},
-                                           ErrorCase{"scenario a\nstart\nend-repeat\n", 0, 3, "without repeat"},
-                                           ErrorCase{"scenario a\nrepeat 2\nrepeat 3\nend-repeat\nscenario b\n", 0, 2,
-                                                     "without end-repeat"},
-                                           ErrorCase{"scenario a\nrepeat 2\n", 0, 2, "without end-repeat"},
-                                           ErrorCase{"scenario a\nrepeat many\nend-repeat\n", 0, 2, "count"},
-                                           ErrorCase{"scenario a\nrepeat -1\nend-repeat\n", 0, 2, "count"},
-                                           ErrorCase{"scenario a\nend-repeat now\n", 0, 2, "takes nothing"},
-                                           ErrorCase{"scenario\n", 0, 1, "one title"},
-                                           ErrorCase{"scenario a\nx \"\\q\"\nscenario b\nx c\n", 0, 2, "escape"},
-                                           ErrorCase{"scenario a\nstart\n  type X.Y \"open\n", 0, 3, "closing quote"}));
 
 } // namespace
 } // namespace marlune::headless

@@ -1,38 +1,86 @@
+// The headless platform: its clock and timers, modal showings and the waits across them, the
+// dialogs it answers and records, and the rules of the form runtime that need a platform.
+#include <deque>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "test_forms.h"
+#include "forms/form.h"
+#include "forms/platform.h"
+#include "headless/headless_platform.h"
+#include "headless/pending_wait.h"
+#include "headless/scenario_failure.h"
 
 namespace marlune::headless {
 namespace {
 
-using testing::PlatformTest;
-using testing::TestForm;
+// A form made up in a test: controls are added from outside, Load and Unload are lambdas.
+class TestForm final : public forms::Form {
+public:
+    explicit TestForm(const std::string& name) : forms::Form(name, name) {}
+    using forms::Form::add;
 
-class ClockTest : public PlatformTest {
+    std::function<void()> onLoad = [] {};
+    std::function<bool()> onUnload = [] { return true; };
+
 protected:
-    forms::Timer& addTimer(TestForm& form, const std::string& name, int interval)
+    void formLoad() override { onLoad(); }
+    bool formUnload() override { return onUnload(); }
+};
+
+// Plays the steps of a test inside every modal showing, one after the other, until the
+// form has unloaded.
+class StepDriver final : public ModalDriver {
+public:
+    std::deque<std::function<void(forms::Form&)>> steps;
+    std::vector<std::string> showings;
+
+    void runUntilUnloaded(forms::Form& form) override
     {
-        auto& timer = form.add<forms::Timer>(name, interval);
+        showings.push_back(form.name());
+        while (form.loaded()) {
+            ASSERT_FALSE(steps.empty()) << "no step left inside the modal showing of " << form.name();
+            auto step = std::move(steps.front());
+            steps.pop_front();
+            step(form);
+        }
+    }
+};
+
+// The headless platform installed for the forms, with a step driver and a form to use.
+class PlatformTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        forms::SetPlatform(&platform);
+        platform.setModalDriver(&driver);
+    }
+    void TearDown() override { forms::SetPlatform(nullptr); }
+
+    // A timer whose ticks are written down in `ticks`.
+    forms::Timer& addTimer(TestForm& on, const std::string& name, int interval)
+    {
+        auto& timer = on.add<forms::Timer>(name, interval);
         timer.onTick = [this, name] { tick(name); };
         return timer;
     }
-
     void tick(const std::string& name)
     {
         ticks += (ticks.empty() ? "" : " ") + name + "@" + std::to_string(platform.now());
     }
 
+    HeadlessPlatform platform;
+    StepDriver driver;
+    TestForm form{"Panel"};
     std::string ticks; // which timer ticked when: "name@ms ..."
 };
 
-TEST_F(ClockTest, TimersFallDueInTimeOrderAndTiesInTheOrderTheyWereArmed)
+TEST_F(PlatformTest, TimersFallDueInTimeOrderAndTiesInTheOrderTheyWereArmed)
 {
-    TestForm form("A");
     addTimer(form, "slow", 30);
     addTimer(form, "first", 20);
     addTimer(form, "second", 20);
@@ -42,9 +90,8 @@ TEST_F(ClockTest, TimersFallDueInTimeOrderAndTiesInTheOrderTheyWereArmed)
     EXPECT_EQ(platform.now(), 60);
 }
 
-TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMomentAndATimerMayStopItself)
+TEST_F(PlatformTest, ANewIntervalOrARestartCountsFromThatMomentAndATimerMayStopItself)
 {
-    TestForm form("A");
     forms::Timer& timer = addTimer(form, "t", 100);
     forms::Timer& once = addTimer(form, "once", 10);
     once.onTick = [&] {
@@ -63,58 +110,216 @@ TEST_F(ClockTest, ANewIntervalOrARestartCountsFromThatMomentAndATimerMayStopItse
     EXPECT_FALSE(platform.dueTime(once));
 }
 
-// The rest of a wait that a tick cut short by closing the modal form is the caller's.
-TEST_F(ClockTest, AdvanceStopsWhenATickClosesTheModalForm)
+TEST_F(PlatformTest, TimersTickWhileTheirFormStaysLoadedAndStopWhenItUnloadsOrGoes)
 {
-    TestForm dialog("Dialog");
-    addTimer(dialog, "closer", 250).onTick = [&] { dialog.unload(); };
+    auto other = std::make_unique<TestForm>("Fresh");
+    auto& kept = addTimer(form, "kept", 100);
+    addTimer(*other, "gone", 100);
+    bool refuse = true;
+    form.onUnload = [&] { return !refuse; };
+    ASSERT_TRUE(form.load() && other->load());
+    EXPECT_FALSE(form.unload()) << "a refused unload keeps the form and its timers";
+    platform.advance(250);
+    refuse = false;
+    EXPECT_TRUE(form.unload());
+    EXPECT_FALSE(platform.dueTime(kept));
+    other.reset();
+    platform.advance(1000);
+    EXPECT_EQ(ticks, "kept@100 gone@100 kept@200 gone@200");
+}
+
+TEST_F(PlatformTest, AFormThatUnloadsItselfInItsLoadIsNeverShown)
+{
+    auto& timer = form.add<forms::Timer>("Timer1", 100);
+    form.onLoad = [&] { form.unload(); };
+    EXPECT_FALSE(form.load());
+    forms::ShowModal(form, nullptr);
+    EXPECT_TRUE(driver.showings.empty());
+    EXPECT_FALSE(form.loaded() || platform.dueTime(timer));
+}
+
+// Every value a property shows, control by control.
+std::string Snapshot(const forms::Form& form)
+{
+    std::string all;
+    for (const forms::Control* c : form.controls()) {
+        for (const char* name : {"text", "value", "picture", "interval", "enabled", "visible", "selstart"})
+            all += c->name() + "." + name + "=" + c->property(name).value_or("-") + " ";
+    }
+    return all;
+}
+
+TEST_F(PlatformTest, EveryLoadStartsFromTheDesignedValuesWithoutEventsAndTimersCountFromIt)
+{
+    auto& value = form.add<forms::TextBox>("Value", "0");
+    auto& label = form.add<forms::Label>("Prompt", "Enter");
+    auto& box = form.add<forms::CheckBox>("Sel1", "X", 1);
+    auto& option = form.add<forms::OptionButton>("Pulse", "kind", "Pulse");
+    auto& picture = form.add<forms::Picture>("Led", "LedOff");
+    auto& bar = form.add<forms::ProgressBar>("Progress", 0, 100);
+    auto& list = form.add<forms::ListBox>("Lines");
+    auto& timer = form.add<forms::Timer>("Timer1", 100);
+    list.addItem("one");
+    const std::string designed = Snapshot(form);
+    ASSERT_TRUE(form.load());
+    value.operatorType("12");
+    label.setCaption("Done");
+    label.setEnabled(false);
+    picture.setVisible(false);
+    box.setValue(0);
+    option.setValue(true);
+    picture.setPicture("LedOn");
+    bar.setValue(40);
+    list.addItem("two");
+    list.setListIndex(1);
+    timer.setInterval(50);
+    timer.setTimerEnabled(false);
+    EXPECT_NE(Snapshot(form), designed);
+    value.onChange = box.onClick = option.onClick = list.onClick = [&] { tick("event"); };
+    ASSERT_TRUE(form.unload());
+    platform.advance(1000);
+    ASSERT_TRUE(form.load());
+    EXPECT_EQ(Snapshot(form), designed);
+    EXPECT_EQ(list.items(), (std::vector<std::string>{"one"}));
+    EXPECT_EQ(ticks, "");
+    EXPECT_EQ(platform.dueTime(timer), 1100);
+}
+
+TEST_F(PlatformTest, ATickWhileItsOwnMessageBoxIsOpenIsDroppedAndOtherTimersRun)
+{
+    auto& failing = form.add<forms::Timer>("Timer1", 100);
+    auto& other = form.add<forms::Timer>("AITimer", 30);
+    int failingTicks = 0;
+    int otherTicks = 0;
+    failing.onTick = [&] {
+        if (++failingTicks == 1)
+            forms::MsgBox("Error Communication!");
+    };
+    other.onTick = [&] { ++otherTicks; };
+    ASSERT_TRUE(form.load());
+    platform.setMessageDwell(350);
+    platform.advance(100);
+    // The box was open from 100 to 450: Timer1 fell due at 200, 300 and 400 and was dropped.
+    EXPECT_EQ(failingTicks, 1);
+    EXPECT_EQ(platform.now(), 450);
+    EXPECT_EQ(otherTicks, 15) << "AITimer ticked every 30 ms up to 450";
+    platform.advance(500);
+    EXPECT_EQ(failingTicks, 2);
+    EXPECT_EQ(platform.messages().size(), 1u);
+}
+
+// The rest of a wait that a tick cut short by closing the modal form is the caller's.
+TEST_F(PlatformTest, AdvanceStopsWhenATickClosesTheModalForm)
+{
+    addTimer(form, "closer", 250).onTick = [&] { form.unload(); };
     bool reached = true;
     driver.steps.push_back([&](forms::Form&) { reached = platform.advance(1000); });
-    forms::ShowModal(dialog, nullptr);
+    forms::ShowModal(form, nullptr);
     EXPECT_FALSE(reached);
     EXPECT_EQ(platform.now(), 250);
     EXPECT_TRUE(platform.modalForms().empty());
 }
 
-TEST_F(ClockTest, NestedModalShowingsReturnInnermostFirst)
+TEST_F(PlatformTest, NestedModalShowingsReturnInnermostFirst)
 {
-    TestForm frame("Frame");
     TestForm outer("Outer");
     TestForm inner("Inner");
-    std::vector<std::string> events;
     auto& open = outer.add<forms::Button>("OpenInner", "Open");
     open.onClick = [&] {
         forms::ShowModal(inner, &outer);
-        events.push_back("inner returned, outer loaded " + std::to_string(outer.loaded()));
+        tick("inner-returned-outer-loaded-" + std::to_string(outer.loaded()));
     };
-    ASSERT_TRUE(frame.load());
-    driver.steps.push_back([&](forms::Form& form) {
-        EXPECT_EQ(&form, &outer);
+    ASSERT_TRUE(form.load());
+    driver.steps.push_back([&](forms::Form& shown) {
+        EXPECT_EQ(&shown, &outer);
         EXPECT_EQ(platform.modalForms(), (std::vector<forms::Form*>{&outer}));
         open.operatorClick();
     });
-    driver.steps.push_back([&](forms::Form& form) {
-        EXPECT_EQ(&form, &inner);
+    driver.steps.push_back([&](forms::Form& shown) {
+        EXPECT_EQ(&shown, &inner);
         EXPECT_EQ(platform.modalForms(), (std::vector<forms::Form*>{&outer, &inner}));
         inner.unload();
     });
-    driver.steps.push_back([&](forms::Form& form) {
-        EXPECT_EQ(&form, &outer);
+    driver.steps.push_back([&](forms::Form& shown) {
+        EXPECT_EQ(&shown, &outer);
         outer.unload();
     });
-    forms::ShowModal(outer, &frame);
-    events.push_back("outer returned");
+    forms::ShowModal(outer, &form);
+    tick("outer-returned");
     EXPECT_EQ(driver.showings, (std::vector<std::string>{"Outer", "Inner"}));
-    EXPECT_EQ(events, (std::vector<std::string>{"inner returned, outer loaded 1", "outer returned"}));
+    EXPECT_EQ(ticks, "inner-returned-outer-loaded-1@0 outer-returned@0");
     EXPECT_TRUE(driver.steps.empty());
 }
 
-TEST_F(ClockTest, AModalShowingWithoutADriverIsAFailureOfTheScript)
+TEST_F(PlatformTest, AModalShowingWithoutADriverIsAFailureOfTheScript)
 {
     platform.setModalDriver(nullptr);
-    TestForm dialog("Dialog");
-    EXPECT_THROW(forms::ShowModal(dialog, nullptr), UnansweredDialog);
+    EXPECT_THROW(forms::ShowModal(form, nullptr), UnansweredDialog);
     EXPECT_TRUE(platform.modalForms().empty());
+}
+
+// The member form, as the frame, shows Dialog modally at 50 ms by its timer; the dialog closes
+// itself by its own timer at `closeAt`. The steps inside the showing stand for the statements
+// read there.
+class WaitAcrossShowings : public PlatformTest {
+protected:
+    void prepare(int closeAt)
+    {
+        auto& opener = form.add<forms::Timer>("Opener", 50);
+        opener.onTick = [&] {
+            opener.setTimerEnabled(false);
+            forms::ShowModal(dialog, &form);
+        };
+        dialog.add<forms::Timer>("Closer", closeAt - 50).onTick = [&] { dialog.unload(); };
+        ASSERT_TRUE(form.load());
+    }
+
+    TestForm dialog{"Dialog"};
+    PendingWait waiting{platform};
+};
+
+TEST_F(WaitAcrossShowings, AClosingModalFormInterruptsTheWaitAndTheOuterLevelFinishesIt)
+{
+    prepare(500);
+    driver.steps.push_back([&](forms::Form&) {
+        waiting.finish();
+        tick("inside");
+    });
+    waiting.begin(1000, nullptr, {}, 7);
+    EXPECT_EQ(ticks, "inside@500");
+    EXPECT_EQ(platform.now(), 1000);
+    EXPECT_FALSE(waiting.line());
+}
+
+TEST_F(WaitAcrossShowings, AWaitBegunInsideReplacesTheOuterOneWhichStopsThere)
+{
+    prepare(250);
+    TestForm other("Other");
+    other.add<forms::Timer>("SelfClose", 100).onTick = [&] { other.unload(); };
+    ASSERT_TRUE(other.load());
+    // Inside the showing: the outer wait ends when Other closes at 100, then a wait of 300 ms
+    // begins, which the dialog's close at 250 interrupts.
+    driver.steps.push_back([&](forms::Form&) {
+        waiting.finish();
+        EXPECT_EQ(platform.now(), 100);
+        waiting.begin(300, nullptr, {}, 9);
+    });
+    waiting.begin(1000, &other, "Other is still shown", 5);
+    EXPECT_EQ(platform.now(), 400);
+}
+
+TEST_F(WaitAcrossShowings, AFormThatStaysFailsAtItsWaitsLine)
+{
+    prepare(500);
+    driver.steps.push_back([&](forms::Form&) { waiting.finish(); });
+    try {
+        waiting.begin(2000, &form, "Panel is still shown after 2000ms", 12);
+        FAIL() << "no failure";
+    } catch (const ScenarioFailure& failure) {
+        EXPECT_EQ(failure.line(), 12);
+        EXPECT_STREQ(failure.what(), "Panel is still shown after 2000ms");
+    }
+    EXPECT_EQ(platform.now(), 2000);
 }
 
 // A box takes its answer from the front of the queue; what is left answers the next question, and
@@ -169,16 +374,15 @@ TEST_F(PlatformTest, FileAndPrintDialogsAnswerFromTheirQueues)
 
 TEST_F(PlatformTest, TheFrameKnowsItsChildrenInOrderAndTheActiveOne)
 {
-    TestForm frame("frmMain");
     TestForm one("One");
     TestForm two("Two");
     TestForm stranger("Stranger");
-    ASSERT_TRUE(frame.load() && one.load() && two.load() && stranger.load());
+    ASSERT_TRUE(form.load() && one.load() && two.load() && stranger.load());
     forms::Platform& p = platform;
-    p.showModeless(frame, nullptr);
-    p.showModeless(one, &frame);
-    p.showModeless(two, &frame);
-    EXPECT_EQ(platform.frame(), &frame);
+    p.showModeless(form, nullptr);
+    p.showModeless(one, &form);
+    p.showModeless(two, &form);
+    EXPECT_EQ(platform.frame(), &form);
     EXPECT_EQ(platform.children(), (std::vector<forms::Form*>{&one, &two}));
     EXPECT_EQ(p.activeChild(), &two);
     p.activate(one);

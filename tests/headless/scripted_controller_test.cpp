@@ -2,6 +2,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -22,18 +23,6 @@ std::string Exchange(ScriptedController& controller, const std::string& frame)
     return std::string(reply.data());
 }
 
-// A script in the words of the scenario statements (`reply`, `reply-once`, `fail`; "*" for every
-// request), and the exchanges that follow as request and result pairs.
-struct PrecedenceCase {
-    std::string name;
-    std::string script; // statements separated by ';'
-    std::string exchanges;
-};
-
-void PrintTo(const PrecedenceCase& c, std::ostream* os) { *os << c.name; }
-
-class ReplyPrecedence : public ::testing::TestWithParam<PrecedenceCase> {};
-
 std::vector<std::string> Words(std::string_view line)
 {
     std::vector<std::string> words;
@@ -42,72 +31,63 @@ std::vector<std::string> Words(std::string_view line)
     return words;
 }
 
-TEST_P(ReplyPrecedence, FollowsTheScript)
+// A script in the words of the scenario statements (`reply`, `reply-once`, `fail`; "*" for every
+// request, statements apart by ';'), and the exchanges that follow as request and result pairs.
+TEST(ScriptedController, RepliesFollowTheScript)
 {
-    ScriptedController controller;
-    std::string_view script = GetParam().script;
-    while (!script.empty()) {
-        const std::size_t end = std::min(script.find(';'), script.size());
-        const auto w = Words(script.substr(0, end));
-        script.remove_prefix(std::min(end + 1, script.size()));
-        if (w[0] == "reply")
-            w[1] == "*" ? controller.setDefaultReply(w[2]) : controller.setReply(w[1], w[2]);
-        else if (w[0] == "reply-once")
-            controller.addReplyOnce(w[1], w[2]);
-        else
-            w[1] == "*" ? controller.failAny(std::stoi(w[2])) : controller.failNext(w[1], std::stoi(w[2]));
+    const std::vector<std::pair<std::string, std::string>> cases = {
+            {"", R"(??? "")"}, // nothing scripted gives an empty reply
+            {"reply * OK; reply I1 7", "I1 7 I2 OK"},
+            {"reply I1 7; reply I1 8", "I1 8 I1 8"},
+            {"reply I48 5; reply-once I48 1; reply-once I48 2", R"(I48 1 I1 "" I48 2 I48 5)"},
+            {"reply-once STORE once; fail STORE 2", R"(STORE FAIL I1 "" STORE FAIL STORE once STORE "")"},
+            {"reply * OK; fail I1 1; fail * 2", "I2 FAIL I1 FAIL I1 FAIL I1 OK"},
+            {"reply X1 moved", R"("X1\rY2" moved "X1 " "" x1 "")"}}; // requests match on their bytes before the CR
+    for (const auto& [script, exchangeText] : cases) {
+        SCOPED_TRACE(script);
+        ScriptedController controller;
+        std::string_view rest = script;
+        while (!rest.empty()) {
+            const std::size_t end = std::min(rest.find(';'), rest.size());
+            const auto w = Words(rest.substr(0, end));
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+            if (w[0] == "reply")
+                w[1] == "*" ? controller.setDefaultReply(w[2]) : controller.setReply(w[1], w[2]);
+            else if (w[0] == "reply-once")
+                controller.addReplyOnce(w[1], w[2]);
+            else
+                w[1] == "*" ? controller.failAny(std::stoi(w[2])) : controller.failNext(w[1], std::stoi(w[2]));
+        }
+        const auto exchanges = Words(exchangeText);
+        for (std::size_t i = 0; i + 1 < exchanges.size(); i += 2)
+            EXPECT_EQ(Exchange(controller, exchanges[i] + "\r"), exchanges[i + 1]) << "exchange " << i / 2;
     }
-    const auto exchanges = Words(GetParam().exchanges);
-    for (std::size_t i = 0; i + 1 < exchanges.size(); i += 2)
-        EXPECT_EQ(Exchange(controller, exchanges[i] + "\r"), exchanges[i + 1]) << "exchange " << i / 2;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-        Scripts, ReplyPrecedence,
-        ::testing::Values(
-                PrecedenceCase{"NothingScriptedGivesAnEmptyReply", "", R"(??? "")"},
-                PrecedenceCase{"DefaultAnswersWhatHasNoReplyOfItsOwn", "reply * OK; reply I1 7", "I1 7 I2 OK"},
-                PrecedenceCase{"ALaterReplyReplacesTheEarlier", "reply I1 7; reply I1 8", "I1 8 I1 8"},
-                PrecedenceCase{"OneTimeRepliesComeFirstOldestFirst", "reply I48 5; reply-once I48 1; reply-once I48 2",
-                               R"(I48 1 I1 "" I48 2 I48 5)"},
-                PrecedenceCase{"AFailureUsesUpNoReply", "reply-once STORE once; fail STORE 2",
-                               R"(STORE FAIL I1 "" STORE FAIL STORE once STORE "")"},
-                PrecedenceCase{"FailAnyCountsEveryRequestBeforeTheFailuresOfOne", "reply * OK; fail I1 1; fail * 2",
-                               "I2 FAIL I1 FAIL I1 FAIL I1 OK"},
-                PrecedenceCase{"RequestsMatchOnTheirBytesBeforeTheCr", "reply X1 moved",
-                               R"("X1\rY2" moved "X1 " "" x1 "")"}),
-        [](const ::testing::TestParamInfo<PrecedenceCase>& info) { return info.param.name; });
-
-TEST(ScriptedController, OpensReturnTheQueuedHandlesThenOne)
+// Opens return the queued handles, then 1; every call is logged in order.
+TEST(ScriptedController, OpensReturnTheQueuedHandlesAndEveryCallIsLogged)
 {
     ScriptedController controller;
     controller.queueOpenResults({0, 5});
     controller.queueOpenResults({-3});
-    std::vector<std::int32_t> handles;
-    for (int i = 0; i < 5; ++i) {
-        std::array<char, link::kAddressBufferSize> address{};
-        handles.push_back(controller.open(2, 0, address.data()));
-    }
-    EXPECT_EQ(handles, (std::vector<std::int32_t>{0, 5, -3, 1, 1}));
-}
-
-TEST(ScriptedController, LogsEveryCallInOrder)
-{
-    ScriptedController controller;
     std::array<char, link::kAddressBufferSize> address{};
     std::copy_n("10.0.0.7", 8, address.begin());
-    controller.open(2, 0, address.data());
+    for (int i = 0; i < 4; ++i)
+        controller.open(2, i, address.data());
     std::array<char, link::kReceiveBufferSize> reply{};
     controller.failAny(1);
     controller.sendRecv(2, 1, "X1000\r", reply.data());
     controller.close(2, 1);
+    controller.open(3, 0, address.data());
     std::vector<std::string> log;
     for (const ComCall& c : controller.calls())
         log.push_back(std::to_string(static_cast<int>(c.operation)) + " " + std::to_string(c.kind) + " "
                       + std::to_string(c.mode) + " " + std::to_string(c.handle) + " " + c.bytes + " "
                       + std::to_string(c.result));
     // Operations: 0 open, 1 close, 2 exchange.
-    EXPECT_EQ(log, (std::vector<std::string>{"0 2 0 0 10.0.0.7 1", "2 2 0 1 X1000\r 0", "1 2 0 1  1"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"0 2 0 0 10.0.0.7 0", "0 2 1 0 10.0.0.7 5", "0 2 2 0 10.0.0.7 -3",
+                                             "0 2 3 0 10.0.0.7 1", "2 2 0 1 X1000\r 0", "1 2 0 1  1",
+                                             "0 3 0 0 10.0.0.7 1"}));
 }
 
 TEST(ScriptedController, AReplyNeverRunsPastTheBuffer)

@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 namespace marlune::marlunecom {
@@ -70,23 +68,21 @@ TEST(ReplyFrameTest, WritesTheTerminatorWhereItFitsAndOtherwiseFillsTheBuffer)
     }
 }
 
-TEST(ReplyFrameTest, TheCommandIsTheBytesBeforeTheFirstCrAndNeedsOne)
-{
-    const std::vector<std::tuple<std::string, std::string, bool>> frames = {
-            {"???\r", "???", true},   {"\r", "", true},    {"X1\rY2\r", "X1", true},
-            {"A\tB\r", "A\tB", true}, {"V1", "V1", false}, {"", "", false}};
-    for (const auto& [frame, command, complete] : frames) {
-        const auto [gotCommand, gotComplete] = CommandOfFrame(frame);
-        EXPECT_EQ(gotCommand, command) << frame;
-        EXPECT_EQ(gotComplete, complete) << frame;
-    }
-}
-
-TEST(ReplyFrameTest, ARequestStopsAtItsNulOrTheEndOfTheSendBuffer)
+// A request stops at its NUL or the end of the send buffer; its command is the bytes before
+// the first CR, and it needs one.
+TEST(ReplyFrameTest, ARequestAndItsCommand)
 {
     EXPECT_EQ(RequestFrame("LIST\r\0junk"), "LIST\r");
     const std::string full(link::kSendBufferSize + 10, 'Z');
     EXPECT_EQ(RequestFrame(full.c_str()).size(), link::kSendBufferSize);
+    // clang-format off
+    const char* const frames[][2] = { // frame, then command and "+" for a complete one
+        {"???\r", "???+"}, {"\r", "+"}, {"X1\rY2\r", "X1+"}, {"A\tB\r", "A\tB+"}, {"V1", "V1"}, {"", ""}};
+    // clang-format on
+    for (const auto& [frame, expected] : frames) {
+        const auto [command, complete] = CommandOfFrame(frame);
+        EXPECT_EQ(std::string(command) + (complete ? "+" : ""), expected) << frame;
+    }
 }
 
 } // namespace

@@ -1,10 +1,10 @@
+#include "link_test_support.h"
 #include "marlunecom/com_factory.h"
 #include "marlunecom/kind_router_com.h"
 #include "marlunecom/serial_com.h"
 #include "marlunecom/simulator_com.h"
 #include "marlunecom/tcp_com.h"
 #include "marlunecom/vendor_library_com.h"
-#include "reply_buffer.h"
 
 #include <gtest/gtest.h>
 
@@ -19,11 +19,6 @@ namespace marlune::marlunecom {
 namespace {
 
 using namespace std::chrono_literals;
-
-ComOptions Options(std::optional<std::string> library, std::int64_t& clock)
-{
-    return ComOptions{[&clock] { return clock; }, std::move(library), LinkTimeouts{200ms, 200ms}, {}};
-}
 
 struct LibraryCase {
     std::optional<std::string> library; // as the options name it
@@ -44,7 +39,7 @@ TEST_P(LibraryChoiceTest, TakesTheMakersLibraryOrSaysWhyNot)
     if (c.source == ComSource::BuiltIn && c.told == kVendorLibraryName && VendorLibraryCom::load(c.told).com)
         GTEST_SKIP() << kVendorLibraryName << " is installed on this machine";
     std::int64_t clock = 7'000'000;
-    const auto choice = ChooseMarluneCom(Options(c.library, clock));
+    const auto choice = ChooseMarluneCom({[&clock] { return clock; }, c.library, LinkTimeouts{200ms, 200ms}});
     ::unsetenv(kVendorLibraryVariable);
     ASSERT_EQ(choice.source, c.source);
     EXPECT_NE(choice.description.find(c.told), std::string::npos) << choice.description;

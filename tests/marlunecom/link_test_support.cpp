@@ -1,4 +1,4 @@
-#include "scripted_peer.h"
+#include "link_test_support.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>
