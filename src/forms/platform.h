@@ -23,9 +23,10 @@ struct MessageRequest {
 
 struct FileDialogRequest {
     std::string title;
-    std::string filter;      // "Marlune Program Files (*.dat)|*.dat"
-    std::string initialName; // preset in the name box
-    bool save = true;        // the save dialog, else the open dialog
+    std::string filter;       // "Marlune Program Files (*.dat)|*.dat"
+    std::string initialName;  // preset in the name box
+    bool save = true;         // the save dialog, else the open dialog
+    bool askToReplace = true; // a save dialog asks before it names a file that is there
 };
 
 // A file dialog either returns a name, or the operator cancelled, or it failed.

@@ -279,6 +279,7 @@ forms::FileDialogResult QtPlatform::fileDialog(const forms::FileDialogRequest& r
     QFileDialog dialog(dialogParent(), ShownText(request.title));
     dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.askToReplace);
     if (const QStringList filters = QtNameFilters(request.filter); !filters.isEmpty())
         dialog.setNameFilters(filters);
     if (!request.initialName.empty())

@@ -19,11 +19,12 @@ constexpr const char* kErrorSource = "MarluneDesk";
 constexpr const char* kStoreTitle = "STORE MARLUNE DATA";
 
 // The data file the operator chooses, or nothing: cancelled, a failure (told), or a name that
-// still holds the preset's "*".
-std::optional<std::string> ChooseDataFile(const std::string& title, bool save)
+// still holds the preset's "*". Only a store asks before it names a file that is there: a
+// restore, though chosen in a save dialog, reads the file.
+std::optional<std::string> ChooseDataFile(const std::string& title, bool save, bool replaces)
 {
     const forms::FileDialogResult chosen =
-            forms::CurrentPlatform().fileDialog({title, kDataFileFilter, kPresetName, save});
+            forms::CurrentPlatform().fileDialog({title, kDataFileFilter, kPresetName, save, replaces});
     if (chosen.outcome == forms::FileDialogResult::Outcome::Failed) {
         forms::MsgBox(chosen.error + kErrorSource);
         return std::nullopt;
@@ -62,7 +63,7 @@ void RunTransfer(Status& status, Operation operation, const std::string& fileNam
 
 void TransferDataFile(Status& status, const std::string& title, Operation operation, const std::string& caption)
 {
-    const std::optional<std::string> fileName = ChooseDataFile(title, true);
+    const std::optional<std::string> fileName = ChooseDataFile(title, true, operation == Operation::StoreToFile);
     if (!fileName || !OpenForOperation("Communication Error with Marlune"))
         return;
     RunTransfer(status, operation, *fileName, caption);
@@ -117,7 +118,7 @@ void LoadFromFile(Status& status)
 
 void CompareMemoryWithFile(Status& status, CompareMemory& compare)
 {
-    const std::optional<std::string> fileName = ChooseDataFile("Compare Memory with File", false);
+    const std::optional<std::string> fileName = ChooseDataFile("Compare Memory with File", false, false);
     if (!fileName)
         return;
     std::vector<VariableValue> inFile;

@@ -10,10 +10,15 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
+
+#include <unistd.h>
 
 namespace marlune::marlunecom {
 namespace {
@@ -39,7 +44,7 @@ TEST_P(LibraryChoiceTest, TakesTheMakersLibraryOrSaysWhyNot)
     if (c.source == ComSource::BuiltIn && c.told == kVendorLibraryName && VendorLibraryCom::load(c.told).com)
         GTEST_SKIP() << kVendorLibraryName << " is installed on this machine";
     std::int64_t clock = 7'000'000;
-    const auto choice = ChooseMarluneCom({[&clock] { return clock; }, c.library, LinkTimeouts{200ms, 200ms}});
+    const auto choice = ChooseMarluneCom({[&clock] { return clock; }, c.library, LinkTimeouts{200ms, 200ms}, {}});
     ::unsetenv(kVendorLibraryVariable);
     ASSERT_EQ(choice.source, c.source);
     EXPECT_NE(choice.description.find(c.told), std::string::npos) << choice.description;
@@ -65,6 +70,39 @@ INSTANTIATE_TEST_SUITE_P(
                                       "/nonexistent/libMarluneCom.so"},
                           LibraryCase{std::nullopt, nullptr, ComSource::BuiltIn, kVendorLibraryName},
                           LibraryCase{std::nullopt, "", ComSource::BuiltIn, kVendorLibraryName}));
+
+// The built-in simulated controller brings back what an earlier run stored, as a controller does
+// after power-up; a file it cannot read is told once at start and left as it is.
+TEST(ComFactoryTest, TheSimulatedControllerKeepsItsEepromInTheFileItIsGiven)
+{
+    const auto file = std::filesystem::temp_directory_path() / ("marlune-com-eeprom-" + std::to_string(::getpid()));
+    std::filesystem::remove(file);
+    std::int64_t clock = 0;
+    const auto run = [&](const char* command) {
+        const auto choice = ChooseMarluneCom({[&clock] { return clock; }, "/nonexistent/lib.so", {}, file});
+        auto& simulator = dynamic_cast<SimulatorCom&>(*dynamic_cast<KindRouterCom&>(*choice.com).route(1));
+        const auto handle = testing::OpenLink(simulator, 1, 1, "");
+        testing::ReplyBuffer reply;
+        std::string replies;
+        for (const std::string& request : {std::string("V3\r"), std::string(command) + "\r", std::string("STORE\r")}) {
+            simulator.sendRecv(1, handle, request.c_str(), reply.fresh());
+            replies += reply.text() + " ";
+        }
+        clock += 1'000'000; // past the write
+        return std::make_pair(replies, choice.problem);
+    };
+    EXPECT_EQ(run("V3=9"), std::make_pair(std::string("0 OK OK "), std::string()));
+    EXPECT_EQ(run("V3=4"), std::make_pair(std::string("9 OK OK "), std::string()));
+    std::ofstream(file, std::ios::app) << "nonsense\n";
+    const auto [replies, problem] = run("V3=5");
+    EXPECT_EQ(replies, "0 OK OK ");
+    EXPECT_NE(problem.find(file.string() + " cannot be used: line "), std::string::npos) << problem;
+    std::ifstream in(file);
+    const std::string kept{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    EXPECT_NE(kept.find("V 3 4\nV 4"), std::string::npos) << "the unreadable file is left as it was";
+    EXPECT_TRUE(kept.ends_with("nonsense\n"));
+    std::filesystem::remove(file);
+}
 
 // Each call reaches the library with the same arguments, its address text comes back, and it
 // writes into a copy of the request, not into the caller's.

@@ -1,7 +1,10 @@
 // The platform's own translations: message boxes, clipboard, file filters, text positions,
 // tilings, the status clock and timers.
 #include <QClipboard>
+#include <QDir>
 #include <QEventLoop>
+#include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -50,6 +53,36 @@ TEST(Platform, MessageBoxesShowTitleTextIconAndButtonsAndReturnTheAnswer)
     Answer(QMessageBox::Ok, seen);
     EXPECT_EQ(forms::MsgBox("Error Communication!"), forms::MessageAnswer::OK);
     EXPECT_EQ(seen, SeenBox("Marlune Desk", "Error Communication!", QMessageBox::NoIcon, QMessageBox::Ok));
+}
+
+// A store asks before it replaces a data file; a restore, chosen in a save dialog too, takes the
+// file that is there without a question.
+TEST(Platform, FileDialogsShowTitleAndFilterAndAskToReplaceOnlyWhenTold)
+{
+    QtDesk desk;
+    const QString there = QDir::temp().filePath(QStringLiteral("marlune-platform-test.dat"));
+    QFile(there).open(QIODevice::WriteOnly);
+    for (const bool askToReplace : {true, false}) {
+        QString title;
+        QStringList filters;
+        bool asks = false;
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            title = dialog->windowTitle();
+            filters = dialog->nameFilters();
+            asks = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+            dialog->selectFile(there);
+            asks ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
+        });
+        const forms::FileDialogResult result = desk.platform.fileDialog(
+                {"Restore Marlune Data", "Marlune Program Files (*.dat)|*.dat", "*.dat", true, askToReplace});
+        EXPECT_EQ(title, "Restore Marlune Data");
+        EXPECT_EQ(filters, QStringList{"Marlune Program Files (*.dat)"});
+        EXPECT_EQ(asks, askToReplace);
+        EXPECT_EQ(result.fileName, askToReplace ? "" : there.toStdString());
+    }
+    QFile::remove(there);
 }
 
 TEST(Platform, TheClipboardHoldsDesktopLinesAndGivesBackTheProgramsLines)
