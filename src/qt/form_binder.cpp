@@ -396,7 +396,8 @@ bool FormBinder::eventFilter(QObject* watched, QEvent* event)
 
 bool FormBinder::textKey(forms::TextBox& box, const QKeyEvent& event)
 {
-    if (const int code = ModelKeyCode(event)) {
+    // A multi-line box that can be edited takes a Tab as text, as program texts are written.
+    if (const int code = ModelKeyCode(event, box.multiLine && !box.locked)) {
         // The keypad's Enter is Return to the form's default button.
         if (pressStandardButton(event.key() == Qt::Key_Enter ? Qt::Key_Return : event.key()))
             return true;

@@ -17,7 +17,7 @@ bool WithCtrlOrAlt(const QKeyEvent& event)
 
 } // namespace
 
-int ModelKeyCode(const QKeyEvent& event)
+int ModelKeyCode(const QKeyEvent& event, bool tabIsText)
 {
     if (WithCtrlOrAlt(event))
         return 0;
@@ -26,6 +26,7 @@ int ModelKeyCode(const QKeyEvent& event)
     case Qt::Key_Enter: return forms::kKeyEnter;
     case Qt::Key_Escape: return forms::kKeyEscape;
     case Qt::Key_Backspace: return forms::kKeyBackspace;
+    case Qt::Key_Tab: return tabIsText ? forms::kKeyTab : 0;
     default: return 0;
     }
 }

@@ -126,8 +126,13 @@ TEST_F(Binder, KeysRunTheModelsKeyEventsAndEnterPressesTheDefaultButton)
     Key(name, Qt::Key_Return);
     form.Ok.isDefault = true;
     Key(name, Qt::Key_Return);
+    // Tab is text in a multi-line box that can be edited; in a line or a locked box it moves the focus.
+    Key(name, Qt::Key_Tab);
+    Key(log, Qt::Key_Tab);
+    EXPECT_EQ(form.Log.text(), "\t");
     // A locked box takes no typing, but its key events run.
     form.Log.locked = true;
+    Key(log, Qt::Key_Tab);
     form.Log.setText("log");
     Type(log, "q");
     EXPECT_TRUE(log->isReadOnly());
@@ -136,7 +141,7 @@ TEST_F(Binder, KeysRunTheModelsKeyEventsAndEnterPressesTheDefaultButton)
               (QStringList{"ac", "ac", "log", "log"}));
     EXPECT_EQ(name->cursorPosition(), 2);
     EXPECT_EQ(form.events, (Events{"key65", "change", "key66", "change", "key8", "change", "key67", "change", "key88",
-                                   "key13", "Ok", "log113"}));
+                                   "key13", "Ok", "log9", "log113"}));
 }
 
 TEST_F(Binder, WidgetEditsReachTheModelWithTheCaretWhereTheOperatorLeftIt)
