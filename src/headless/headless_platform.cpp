@@ -49,8 +49,6 @@ forms::MessageAnswer HeadlessPlatform::messageBox(const forms::MessageRequest& r
 
 void HeadlessPlatform::runModal(forms::Form& form, forms::Form*)
 {
-    if (!form.loaded())
-        return;
     if (!driver_)
         throw UnansweredDialog("the form " + form.name() + " was shown modally, but nothing drives it");
     ModalShowing showing(modal_, form);

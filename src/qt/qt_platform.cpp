@@ -115,8 +115,6 @@ QtPlatform::Showing& QtPlatform::show(forms::Form& form, QWidget* window)
 
 void QtPlatform::runModal(forms::Form& form, forms::Form* owner)
 {
-    if (!form.loaded())
-        return;
     if (showings_.count(&form)) {
         formUnloaded(form); // a stale window of an earlier showing goes first
     }
