@@ -238,30 +238,5 @@ TEST_F(TransferMachineTest, CancelAsksOnlyWhileTheTransferRuns)
     }
 }
 
-TEST_F(TransferMachineTest, CancelEndsEachOperationAsItRequires)
-{
-    members.operationType = 1;
-    members.fileName = path("memory.dat");
-    host.answer = [](const std::string&) { return "5"; };
-    for (int tick = 0; tick < 3; ++tick)
-        machine.tick(host);
-    machine.cancel(host);
-    EXPECT_EQ(read(members.fileName), "I1=5\r\nI2=5\r\n");
-
-    members.operationType = 3;
-    machine.reset();
-    machine.cancel(host);
-    EXPECT_EQ(host.sent.back(), "CLOSE");
-    EXPECT_EQ(members.operationResult, 0);
-
-    members.operationType = 4;
-    members.programStr = "X1\r\n";
-    members.operationResult = 1;
-    machine.cancel(host);
-    EXPECT_EQ(members.programStr, "");
-    EXPECT_EQ(members.operationResult, 0);
-    EXPECT_TRUE(machine.transferDone());
-}
-
 } // namespace
 } // namespace marlune::transfer
