@@ -87,8 +87,18 @@ private:
     bool ready_ = false;
 };
 
-void Run(benchmark::State& state, transfer::Status& status, const std::string& caption, double floorSeconds)
+// Runs the transfer `status` is set for, each time against the floor of `ticks` at 1 ms and
+// `exchanges` at their median over this link.
+void Run(benchmark::State& state, const TransferAgainstSim& link, transfer::Status& status, const std::string& caption,
+         double ticks, double exchanges)
 {
+    if (!link.ready()) {
+        state.SkipWithError("no link to marlune-sim");
+        return;
+    }
+    const double exchange = MedianExchangeSeconds();
+    state.counters["exchange_us"] = exchange * 1e6;
+    const double floorSeconds = ticks * 1e-3 + exchanges * exchange;
     QTimer answering;
     AnswerMessagesAsTheyCome(answering);
     for (auto _ : state) {
@@ -103,16 +113,10 @@ void Run(benchmark::State& state, transfer::Status& status, const std::string& c
 void StoreToFile(benchmark::State& state)
 {
     TransferAgainstSim link;
-    if (!link.ready()) {
-        state.SkipWithError("no link to marlune-sim");
-        return;
-    }
-    const double exchange = MedianExchangeSeconds();
     transfer::Status status;
     status.operationType = static_cast<std::int16_t>(transfer::Operation::StoreToFile);
     status.fileName = (std::filesystem::temp_directory_path() / "marlune-transfer-bench.dat").string();
-    state.counters["exchange_us"] = exchange * 1e6;
-    Run(state, status, "Store", 298 * 1e-3 + 296 * exchange);
+    Run(state, link, status, "Store", 298, 296);
     std::filesystem::remove(status.fileName);
 }
 BENCHMARK(StoreToFile)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5);
@@ -120,22 +124,15 @@ BENCHMARK(StoreToFile)->UseManualTime()->Unit(benchmark::kMillisecond)->Iteratio
 void DownloadProgram(benchmark::State& state)
 {
     TransferAgainstSim link;
-    if (!link.ready()) {
-        state.SkipWithError("no link to marlune-sim");
-        return;
-    }
-    const double exchange = MedianExchangeSeconds();
     transfer::Status status;
     status.operationType = static_cast<std::int16_t>(transfer::Operation::ProgramDownload);
     status.ProgramNumber = 1;
     // 200 lines of ten characters: "V1=123456" and CR.
     for (int line = 0; line < 200; ++line)
         status.programStr += "V1=" + std::to_string(100000 + line) + "\r";
-    const auto characters = static_cast<double>(status.programStr.size());
-    state.counters["exchange_us"] = exchange * 1e6;
     // One tick a character and four more (begin, the end of the text, the last state, the close);
     // three commands before the lines and one after.
-    Run(state, status, "Download", (characters + 4) * 1e-3 + (200 + 4) * exchange);
+    Run(state, link, status, "Download", static_cast<double>(status.programStr.size()) + 4, 200 + 4);
 }
 BENCHMARK(DownloadProgram)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5);
 
