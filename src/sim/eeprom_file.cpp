@@ -72,7 +72,10 @@ bool ReadLine(std::string_view line, EepromImage& image, std::int32_t& writes)
         const auto text = Unescaped(rest);
         if (!text)
             return false;
-        (key == "ip" ? image.ipAddress : image.projectName.emplace()) = *text;
+        if (key == "ip")
+            image.ipAddress = *text;
+        else
+            image.projectName = *text;
         return true;
     }
     if (key == "program-set") {
@@ -88,9 +91,9 @@ bool ReadLine(std::string_view line, EepromImage& image, std::int32_t& writes)
         image.programs[static_cast<std::size_t>(*program - 1)].push_back(*text);
         return true;
     }
-    const auto parsed = ParseSigned32(value);
     if (key == "I" || key == "V") {
         const auto index = ParseIndex(number, key == "I" ? kICount : kVCount);
+        const auto parsed = ParseSigned32(value);
         if (!index || !parsed)
             return false;
         auto& slot = key == "I" ? image.iValues[static_cast<std::size_t>(*index - 1)]
