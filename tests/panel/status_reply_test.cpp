@@ -16,66 +16,43 @@ std::string WholeReply(char terminator)
     return reply;
 }
 
-std::vector<int> Completed(const StatusFields& fields)
+// The completed fields as "n=text ...", or "none" for what is no record.
+std::string Completed(const std::string& reply)
 {
-    std::vector<int> numbers;
-    for (int n = 1; n <= kStatusFields; ++n) {
-        if (fields.field[static_cast<std::size_t>(n - 1)])
-            numbers.push_back(n);
-    }
-    return numbers;
-}
-
-TEST(StatusReply, SplitsAllTwentyEightFieldsInOrderAndIgnoresWhatFollows)
-{
-    for (char terminator : {'.', ','}) {
-        const auto fields = SplitStatusReply(WholeReply(terminator) + "99,98,");
-        ASSERT_TRUE(fields);
-        for (int n = 1; n <= 28; ++n)
-            EXPECT_EQ(fields->field[static_cast<std::size_t>(n - 1)], "f" + std::to_string(n));
-    }
-}
-
-TEST(StatusReply, OnlyARecordThatBeginsWithAtCounts)
-{
-    EXPECT_FALSE(SplitStatusReply(""));
-    EXPECT_FALSE(SplitStatusReply("?ERR"));
-    EXPECT_FALSE(SplitStatusReply(" @1,"));
-    const auto alone = SplitStatusReply("@");
-    ASSERT_TRUE(alone);
-    EXPECT_TRUE(Completed(*alone).empty());
-}
-
-TEST(StatusReply, AShortReplyCompletesOnlyWholeFields)
-{
-    const auto fields = SplitStatusReply("@1,2,3");
-    ASSERT_TRUE(fields);
-    EXPECT_EQ(Completed(*fields), (std::vector<int>{1, 2}));
-    EXPECT_EQ(fields->field[1], "2");
-}
-
-TEST(StatusReply, TheLastFieldMustBeTerminatedToo)
-{
-    std::string reply = WholeReply('.');
-    reply.pop_back();
     const auto fields = SplitStatusReply(reply);
-    ASSERT_TRUE(fields);
-    EXPECT_EQ(Completed(*fields).size(), 27u);
-    EXPECT_FALSE(fields->field[27]);
+    if (!fields)
+        return "none";
+    std::string out;
+    for (int n = 1; n <= kStatusFields; ++n) {
+        if (const auto& field = fields->field[static_cast<std::size_t>(n - 1)])
+            out += std::to_string(n) + "=" + *field + " ";
+    }
+    return out;
 }
 
-TEST(StatusReply, AGroupThatCannotCompleteLeavesItsPlaceToTheNextGroup)
+// A record begins with "@" and completes only whole fields: the last one too must be terminated.
+// A group that cannot complete leaves its place to the next: the texts of group 1 never meet a
+// comma after field 2, nor can the axis words, so the digital I/O word, which also ends at a point,
+// takes "3.5" up to its point; the program lines end at a point too.
+TEST(StatusReply, CompletesOnlyWholeFieldsOfARecordThatBeginsWithAt)
 {
-    // The texts of group 1 never meet a comma after field 2; the axis words cannot either. The
-    // digital I/O word, which also ends at a point, then takes "3.5" up to its point: field 17 is "3".
-    const auto fields = SplitStatusReply("@1,2,3.5");
-    ASSERT_TRUE(fields);
-    EXPECT_EQ(Completed(*fields), (std::vector<int>{1, 2, 17}));
-    EXPECT_EQ(fields->field[16], "3");
-    const auto lines = SplitStatusReply("@1,2,3.5.6");
-    ASSERT_TRUE(lines);
-    EXPECT_EQ(Completed(*lines), (std::vector<int>{1, 2, 17, 23})) << "the program lines end at a point too";
-    EXPECT_EQ(lines->field[22], "5");
+    std::string whole;
+    for (int n = 1; n <= 28; ++n)
+        whole += std::to_string(n) + "=f" + std::to_string(n) + " ";
+    std::string unterminated = WholeReply('.');
+    unterminated.pop_back();
+    const std::pair<std::string, std::string> rows[] = {{WholeReply('.') + "99,98,", whole},
+                                                        {WholeReply(',') + "99,98,", whole},
+                                                        {unterminated, whole.substr(0, whole.find("28="))},
+                                                        {"", "none"},
+                                                        {"?ERR", "none"},
+                                                        {" @1,", "none"},
+                                                        {"@", ""},
+                                                        {"@1,2,3", "1=1 2=2 "},
+                                                        {"@1,2,3.5", "1=1 2=2 17=3 "},
+                                                        {"@1,2,3.5.6", "1=1 2=2 17=3 23=5 "}};
+    for (const auto& [reply, completed] : rows)
+        EXPECT_EQ(Completed(reply), completed) << reply;
 }
 
 TEST(StatusText, MotionOutranksErrorsAndOnlyKnownBitsShow)
