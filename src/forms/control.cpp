@@ -187,6 +187,13 @@ void TextBox::setSelText(const std::string& text)
         onChange();
 }
 
+void TextBox::replaceTypedTab()
+{
+    setSelStart(selStart_ - 1);
+    setSelLength(1);
+    setSelText("  ");
+}
+
 void TextBox::operatorKey(int keyCode)
 {
     const bool character = keyCode == kKeyBackspace || keyCode == kKeyTab || keyCode == kKeyEnter

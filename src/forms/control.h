@@ -179,6 +179,8 @@ public:
     std::string selText() const;
     // Replaces the selection, puts the caret behind the new text, raises Change when it changed.
     void setSelText(const std::string& text);
+    // The one character before the caret, the tab just typed, becomes two blanks.
+    void replaceTypedTab();
 
     bool locked = false;
     bool multiLine = false;

@@ -48,9 +48,7 @@ void ProgramViewer::replaceTypedTab()
     if (replaceTab != 1)
         return;
     replaceTab = 0;
-    ProgList.setSelStart(ProgList.selStart() - 1);
-    ProgList.setSelLength(1);
-    ProgList.setSelText("  ");
+    ProgList.replaceTypedTab();
 }
 
 } // namespace marlune::tools
