@@ -187,13 +187,6 @@ void TextBox::setSelText(const std::string& text)
         onChange();
 }
 
-void TextBox::replaceTypedTab()
-{
-    setSelStart(selStart_ - 1);
-    setSelLength(1);
-    setSelText("  ");
-}
-
 void TextBox::operatorKey(int keyCode)
 {
     const bool character = keyCode == kKeyBackspace || keyCode == kKeyTab || keyCode == kKeyEnter
@@ -520,6 +513,23 @@ std::optional<std::string> MenuItem::property(std::string_view name) const
     if (name == "caption")
         return caption_;
     return Control::property(name);
+}
+
+void ReplaceTypedTabs(TextBox& box, Timer& timer, std::int16_t& replaceTab)
+{
+    box.onKeyPress = [&replaceTab](int& keyAscii) {
+        if (keyAscii == kKeyTab)
+            replaceTab = 1;
+    };
+    timer.onTick = [&box, &replaceTab] {
+        if (replaceTab != 1)
+            return;
+        replaceTab = 0;
+        // The one character before the caret is the tab just typed.
+        box.setSelStart(box.selStart() - 1);
+        box.setSelLength(1);
+        box.setSelText("  ");
+    };
 }
 
 } // namespace marlune::forms

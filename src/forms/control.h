@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -179,8 +180,6 @@ public:
     std::string selText() const;
     // Replaces the selection, puts the caret behind the new text, raises Change when it changed.
     void setSelText(const std::string& text);
-    // The one character before the caret, the tab just typed, becomes two blanks.
-    void replaceTypedTab();
 
     bool locked = false;
     bool multiLine = false;
@@ -345,5 +344,9 @@ private:
     std::string caption_;
     std::string shortcut_;
 };
+
+// A tab typed into `box` goes into the text as typed; the next tick of `timer` turns it into
+// two blanks. `replaceTab` is 1 while a typed tab waits for that tick.
+void ReplaceTypedTabs(TextBox& box, Timer& timer, std::int16_t& replaceTab);
 
 } // namespace marlune::forms

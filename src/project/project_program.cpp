@@ -32,12 +32,7 @@ FrmProjectProgram::FrmProjectProgram(Projects& projects)
     programText.fontName = "Courier";
     ProgramNumber.locked = true;
     programText.onChange = [this] { projects_.state.projectChanged = true; };
-    // The tab is let through into the text; the next tick turns it into two blanks.
-    programText.onKeyPress = [this](int& keyAscii) {
-        if (keyAscii == forms::kKeyTab)
-            replaceTab = 1;
-    };
-    Timer1.onTick = [this] { replaceTypedTab(); };
+    forms::ReplaceTypedTabs(programText, Timer1, replaceTab);
     Toolbar1.onButtonClick = [this](const std::string& key) { toolbarClick(key); };
 }
 
@@ -76,14 +71,6 @@ void FrmProjectProgram::toolbarClick(const std::string& key)
     } else if (key == "Abort") {
         WithLinkForClick([] { SendUnread("ABORT"); });
     }
-}
-
-void FrmProjectProgram::replaceTypedTab()
-{
-    if (replaceTab != 1)
-        return;
-    replaceTab = 0;
-    programText.replaceTypedTab();
 }
 
 } // namespace marlune::project

@@ -29,7 +29,6 @@ protected:
 
 private:
     void toolbarClick(const std::string& key);
-    void replaceTypedTab();
 
     Projects& projects_;
 };
