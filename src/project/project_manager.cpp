@@ -12,8 +12,6 @@ namespace marlune::project {
 
 namespace {
 
-constexpr std::int32_t AllProgramsBit = 16;
-
 template <class Make>
 auto ProgramFamily(Make make)
 {

@@ -143,7 +143,7 @@ void Projects::OpenProject()
         if (link::BitAnd(control, ProgramBit(n)) != 0)
             window.selProg(n).setValue(true);
     }
-    if (link::BitAnd(control, ProgramBit(ProgramCount + 1)) != 0)
+    if (link::BitAnd(control, AllProgramsBit) != 0)
         window.SelProgAll.setValue(true);
     state.projectChanged = false;
 }

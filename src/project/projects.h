@@ -17,6 +17,8 @@ class FrmProjectManager;
 class FrmProjectProgram;
 
 inline constexpr int ProgramCount = 4;
+// The bit of SelProgAll in the control selection.
+inline constexpr std::int32_t AllProgramsBit = 16;
 
 // The bit of program n (1 to 4) in programWindowMask and in both selections: 1, 2, 4, 8.
 std::int32_t ProgramBit(int n);
