@@ -515,4 +515,21 @@ std::optional<std::string> MenuItem::property(std::string_view name) const
     return Control::property(name);
 }
 
+void ReplaceTypedTabs(TextBox& box, Timer& timer, std::int16_t& replaceTab)
+{
+    box.onKeyPress = [&replaceTab](int& keyAscii) {
+        if (keyAscii == kKeyTab)
+            replaceTab = 1;
+    };
+    timer.onTick = [&box, &replaceTab] {
+        if (replaceTab != 1)
+            return;
+        replaceTab = 0;
+        // The one character before the caret is the tab just typed.
+        box.setSelStart(box.selStart() - 1);
+        box.setSelLength(1);
+        box.setSelText("  ");
+    };
+}
+
 } // namespace marlune::forms

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -343,5 +344,9 @@ private:
     std::string caption_;
     std::string shortcut_;
 };
+
+// A tab typed into `box` goes into the text as typed; the next tick of `timer` turns it into
+// two blanks. `replaceTab` is 1 while a typed tab waits for that tick.
+void ReplaceTypedTabs(TextBox& box, Timer& timer, std::int16_t& replaceTab);
 
 } // namespace marlune::forms

@@ -4,6 +4,7 @@
 #include "headless/scenario_failure.h"
 #include "link/controller_link.h"
 #include "panel/main_control.h"
+#include "project/projects.h"
 #include "shell/program.h"
 #include "transfer/status.h"
 
@@ -26,6 +27,19 @@ panel::MainControl& Panel(shell::Program* program) { return RequireMade<panel::M
 
 transfer::Status& Transfer(shell::Program* program) { return RequireMade<transfer::Status>(program, "Status"); }
 
+project::ProjectState& Project(shell::Program* program)
+{
+    if (!program)
+        Fail("the program has not been started (start)");
+    return program->projects().state;
+}
+
+template <int N>
+std::string SectionText(shell::Program* program)
+{
+    return Project(program).section(N);
+}
+
 struct StateRow {
     std::string_view name;
     std::string (*read)(shell::Program* program);
@@ -43,6 +57,18 @@ constexpr StateRow kStateTable[] = {
         {"MainControl.dioConfig", [](shell::Program* p) { return std::to_string(Panel(p).dioConfig); }},
         {"Status.operationResult", [](shell::Program* p) { return std::to_string(Transfer(p).operationResult); }},
         {"Status.programStr", [](shell::Program* p) { return Transfer(p).programStr; }},
+        {"ProjectState.projectOpen", [](shell::Program* p) { return Bool(Project(p).projectOpen); }},
+        {"ProjectState.projectChanged", [](shell::Program* p) { return Bool(Project(p).projectChanged); }},
+        {"ProjectState.projectFile", [](shell::Program* p) { return Project(p).projectFile; }},
+        {"ProjectState.programWindowMask",
+         [](shell::Program* p) { return std::to_string(Project(p).programWindowMask); }},
+        {"ProjectState.windowClosing", [](shell::Program* p) { return Bool(Project(p).windowClosing); }},
+        {"ProjectState.silentUpload", [](shell::Program* p) { return Bool(Project(p).silentUpload); }},
+        {"ProjectState.sectionText[1]", &SectionText<1>},
+        {"ProjectState.sectionText[2]", &SectionText<2>},
+        {"ProjectState.sectionText[3]", &SectionText<3>},
+        {"ProjectState.sectionText[4]", &SectionText<4>},
+        {"ProjectState.sectionText[5]", &SectionText<5>},
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include "forms/platform.h"
 #include "panel/main_control.h"
+#include "project/projects.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
 #include "tools/terminal.h"
@@ -42,6 +43,11 @@ void FrmMain::buildMenus()
 void FrmMain::connectMenus()
 {
     menuItem("mnuFileExit")->onClick = [this] { unload(); };
+    menuItem("NewProject")->onClick = [this] { program_.projects().NewProject(); };
+    menuItem("OpenProject")->onClick = [this] { program_.projects().OpenProject(); };
+    menuItem("SaveProject")->onClick = [this] { program_.projects().SaveProject(); };
+    menuItem("SaveAsproject")->onClick = [this] { program_.projects().SaveAsproject(); };
+    menuItem("CloseProject")->onClick = [this] { program_.projects().CloseProject(); };
     menuItem("mnuToolsmnuControl")->onClick = [this] { forms::ShowModal(program_.mainControl(), this); };
     menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
     menuItem("Store")->onClick = [] { transfer::Store(); };
@@ -75,6 +81,9 @@ void FrmMain::runMenu(std::string_view name)
 
 bool FrmMain::formUnload()
 {
+    // The close box and mnuFileExit both come here: an open project asks its question first.
+    if (!program_.projects().closeForShutDown())
+        return false;
     if (windowState != forms::WindowState::Minimized) {
         forms::Platform& platform = forms::CurrentPlatform();
         const auto twips = [](int pixels) { return std::to_string(pixels * kTwipsPerPixel); };

@@ -6,6 +6,9 @@
 #include "panel/main_control.h"
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
+#include "project/project_manager.h"
+#include "project/project_program.h"
+#include "project/projects.h"
 #include "shell/frm_main.h"
 #include "tools/program_viewer.h"
 #include "tools/terminal.h"
@@ -66,6 +69,27 @@ transfer::CompareMemory& Program::compareMemory()
     return *compareMemory_;
 }
 
+project::Projects& Program::projects()
+{
+    if (!projects_)
+        projects_ = std::make_unique<project::Projects>(frame());
+    return *projects_;
+}
+
+namespace {
+
+// "frmProjectProgram[n]" names the window of program n.
+forms::Form* ProjectProgramWindow(project::Projects* projects, std::string_view name)
+{
+    constexpr std::string_view prefix = "frmProjectProgram[";
+    if (!projects || name.size() != prefix.size() + 2 || !name.starts_with(prefix) || name.back() != ']')
+        return nullptr;
+    const int n = name[prefix.size()] - '0';
+    return n >= 1 && n <= project::ProgramCount ? projects->programWindow(n) : nullptr;
+}
+
+} // namespace
+
 forms::Form* Program::findForm(std::string_view name)
 {
     if (name == "frmMain")
@@ -84,7 +108,9 @@ forms::Form* Program::findForm(std::string_view name)
         return programViewer_.get();
     if (name == "frmCompareMemory")
         return compareMemory_.get();
-    return nullptr;
+    if (name == "frmProjectManager")
+        return projects_ ? projects_->madeManager() : nullptr;
+    return ProjectProgramWindow(projects_.get(), name);
 }
 
 } // namespace marlune::shell

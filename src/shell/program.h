@@ -14,6 +14,9 @@ namespace marlune::transfer {
 class Status;
 class CompareMemory;
 } // namespace marlune::transfer
+namespace marlune::project {
+class Projects;
+}
 namespace marlune::panel {
 class MainControl;
 class NewPos;
@@ -42,9 +45,10 @@ public:
     panel::MainControl& mainControl();
     transfer::Status& status();
     transfer::CompareMemory& compareMemory();
+    project::Projects& projects();
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
-    // later "frmProjectProgram[2]"); nothing when there is none.
+    // "frmProjectProgram[2]"); nothing when there is none.
     forms::Form* findForm(std::string_view name);
 
 private:
@@ -56,6 +60,7 @@ private:
     std::unique_ptr<panel::NewPos> newPos_;
     std::unique_ptr<panel::MonitorAI> monitorAI_;
     std::unique_ptr<panel::MainControl> mainControl_;
+    std::unique_ptr<project::Projects> projects_;
 };
 
 } // namespace marlune::shell

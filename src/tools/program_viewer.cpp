@@ -12,15 +12,10 @@ ProgramViewer::ProgramViewer(transfer::Status& status)
 {
     ProgList.multiLine = true;
     ProgList.fontName = "Courier";
-    // The tab is let through into the text; the next tick turns it into two blanks.
-    ProgList.onKeyPress = [this](int& keyAscii) {
-        if (keyAscii == forms::kKeyTab)
-            replaceTab = 1;
-    };
+    forms::ReplaceTypedTabs(ProgList, Timer1, replaceTab);
     Upload.onClick = [this] { uploadProg(myProgNumber); };
     Download.onClick = [this] { download(); };
     OK.onClick = [this] { unload(); };
-    Timer1.onTick = [this] { replaceTypedTab(); };
 }
 
 void ProgramViewer::uploadProg(std::int16_t& progNumber)
@@ -41,16 +36,6 @@ void ProgramViewer::download()
     status_.operationType = static_cast<std::int16_t>(transfer::Operation::ProgramDownload);
     status_.programStr = ProgList.text();
     status_.showTransfer("Downloading Program " + std::to_string(myProgNumber), this);
-}
-
-void ProgramViewer::replaceTypedTab()
-{
-    if (replaceTab != 1)
-        return;
-    replaceTab = 0;
-    ProgList.setSelStart(ProgList.selStart() - 1);
-    ProgList.setSelLength(1);
-    ProgList.setSelText("  ");
 }
 
 } // namespace marlune::tools

@@ -30,7 +30,6 @@ public:
 
 private:
     void download();
-    void replaceTypedTab();
 
     transfer::Status& status_;
 };

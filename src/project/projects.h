@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "project/project_state.h"
+
+namespace marlune::forms {
+class Form;
+}
+
+namespace marlune::project {
+
+class FrmProjectManager;
+class FrmProjectProgram;
+
+inline constexpr int ProgramCount = 4;
+// The bit of SelProgAll in the control selection.
+inline constexpr std::int32_t AllProgramsBit = 16;
+
+// The bit of program n (1 to 4) in programWindowMask and in both selections: 1, 2, 4, 8.
+std::int32_t ProgramBit(int n);
+
+// What stands behind the last path separator of a name; the whole name without one.
+std::string FilePart(const std::string& fileName);
+
+// The one project of the run: its record, its windows, and the frame's project commands.
+class Projects final {
+public:
+    explicit Projects(forms::Form& frame);
+    ~Projects();
+    Projects(const Projects&) = delete;
+    Projects& operator=(const Projects&) = delete;
+
+    ProjectState state;
+
+    forms::Form& frame() const { return frame_; }
+    // Made at first use and loaded anew for each project.
+    FrmProjectManager& manager();
+    FrmProjectManager* madeManager() const { return manager_.get(); }
+    // The window of program n made last, loaded or not; nothing before the first.
+    FrmProjectProgram* programWindow(int n) const;
+    // A fresh, loaded window for program n: nothing of an earlier window survives.
+    FrmProjectProgram& makeProgramWindow(int n);
+    bool programWindowOpen(int n) const;
+
+    void NewProject();
+    void OpenProject();
+    void SaveProject();
+    void SaveAsproject();
+    void SaveProjectToFile(const std::string& fileName);
+    void CloseProject();
+
+    // The frame's shut-down asks the manager's question: true when no project stands or it closed.
+    bool closeForShutDown();
+
+private:
+    FrmProjectManager& showManager();
+
+    forms::Form& frame_;
+    std::unique_ptr<FrmProjectManager> manager_;
+    std::array<std::unique_ptr<FrmProjectProgram>, ProgramCount> programs_;
+};
+
+} // namespace marlune::project
