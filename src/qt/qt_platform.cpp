@@ -188,14 +188,18 @@ void QtPlatform::showChild(forms::Form& form)
 
 void QtPlatform::closeFrame()
 {
-    // The children go first; one that refuses keeps the frame open.
+    // The children go first, oldest first, as they were opened: a window that owns later ones
+    // (the project manager and its program windows) decides for them. One that refuses keeps
+    // the frame open.
     std::vector<forms::Form*> children;
-    for (auto& [form, showing] : showings_) {
-        if (showing.child)
-            children.push_back(const_cast<forms::Form*>(form));
+    for (const QMdiSubWindow* child : frame_->area().subWindowList(QMdiArea::CreationOrder)) {
+        for (auto& [form, showing] : showings_) {
+            if (showing.child == child)
+                children.push_back(const_cast<forms::Form*>(form));
+        }
     }
     for (forms::Form* child : children) {
-        if (!child->unload())
+        if (child->loaded() && !child->unload())
             return;
     }
     if (frameForm_)

@@ -11,8 +11,10 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QSettings>
 #include <QTextBrowser>
 #include <QToolBar>
@@ -21,6 +23,9 @@
 
 #include "forms/control.h"
 #include "panel/main_control.h"
+#include "project/project_manager.h"
+#include "project/project_program.h"
+#include "project/projects.h"
 #include "qt/form_binder.h"
 #include "qt/form_layouts.h"
 #include "qt/help_browser.h"
@@ -124,6 +129,25 @@ TEST_F(Frame, TheCloseBoxUnloadsTheFrameWhichSavesItsPlaceAndEndsTheProgram)
     EXPECT_EQ(settings.value(QStringLiteral("Settings/MainWidth")).toString().toInt(),
               program.frame().width * shell::kTwipsPerPixel);
     EXPECT_GE(program.frame().width, 800);
+}
+
+// The frame's close box asks an open project's question before any window goes: No keeps the
+// project and its program windows as they stand.
+TEST_F(Frame, TheCloseBoxAsksTheProjectFirstAndNoKeepsEveryWindow)
+{
+    project::Projects& projects = program.projects();
+    projects.NewProject();
+    projects.manager().displayProg(1).operatorClick();
+    projects.programWindow(1)->programText.operatorType("X1");
+    for (const QMessageBox::StandardButton answer : {QMessageBox::No, QMessageBox::Yes}) {
+        QTimer::singleShot(0, [answer] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                box->button(answer)->click();
+        });
+        frame->close();
+        EXPECT_EQ(projects.programWindowOpen(1), answer == QMessageBox::No);
+        EXPECT_EQ(program.frame().loaded(), answer == QMessageBox::No);
+    }
 }
 
 TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
