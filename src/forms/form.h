@@ -67,11 +67,14 @@ public:
 
     // Called by controls; tells the view.
     void controlChanged(Control& control);
+    // Called by the platform when the form's window has changed its size.
+    void resized() { formResize(); }
 
 protected:
     // The form's own Load and Unload operations. formUnload returns false to refuse.
     virtual void formLoad() {}
     virtual bool formUnload() { return true; }
+    virtual void formResize() {}
 
     template <class C, class... Args>
     C& add(Args&&... args)

@@ -218,6 +218,27 @@ void Projects::CloseProject()
     state.projectChanged = false;
 }
 
+void Projects::TileVertical()
+{
+    if (state.programWindowMask != 0)
+        tile(forms::Arrangement::TileVertical);
+}
+
+void Projects::TileHorizontal()
+{
+    if (state.projectOpen)
+        tile(forms::Arrangement::TileHorizontal);
+}
+
+void Projects::tile(forms::Arrangement arrangement)
+{
+    FrmProjectManager& window = manager();
+    window.ArrangeFocus();
+    forms::Platform& platform = forms::CurrentPlatform();
+    platform.arrange(arrangement);
+    platform.activate(window);
+}
+
 bool Projects::closeForShutDown() { return !state.projectOpen || manager().unload(); }
 
 } // namespace marlune::project

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "forms/platform.h"
 #include "project/project_state.h"
 
 namespace marlune::forms {
@@ -53,11 +54,19 @@ public:
     void SaveProjectToFile(const std::string& fileName);
     void CloseProject();
 
+    // The frame's tilings: the focus goes to the manager, to the displayed programs from 4 down to
+    // 1, the children are laid out, and the manager takes the focus again. Vertical tiling (also
+    // run at every resize of the frame) does nothing while no program is displayed; horizontal
+    // tiling lays out a manager that stands alone, and does nothing without a project.
+    void TileVertical();
+    void TileHorizontal();
+
     // The frame's shut-down asks the manager's question: true when no project stands or it closed.
     bool closeForShutDown();
 
 private:
     FrmProjectManager& showManager();
+    void tile(forms::Arrangement arrangement);
 
     forms::Form& frame_;
     std::unique_ptr<FrmProjectManager> manager_;

@@ -380,6 +380,8 @@ bool FormBinder::eventFilter(QObject* watched, QEvent* event)
     if (watched == window_) {
         if (MovesWindow(*event) && attached_)
             ReportGeometry(*window_, form_);
+        if (event->type() == QEvent::Resize && attached_)
+            form_.resized();
         return false;
     }
     const auto it = textWidgets_.find(watched);

@@ -4,6 +4,7 @@
 
 #include "forms/platform.h"
 #include "panel/main_control.h"
+#include "project/project_program.h"
 #include "project/projects.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
@@ -57,11 +58,36 @@ void FrmMain::connectMenus()
     menuItem("mnuToolsCompareMemory")->onClick = [this] {
         transfer::CompareMemoryWithFile(program_.status(), program_.compareMemory());
     };
+    menuItem("mnuEditCopy")->onClick = [this] { editProgramText(EditCommand::Copy); };
+    menuItem("mnuEditCut")->onClick = [this] { editProgramText(EditCommand::Cut); };
+    menuItem("mnuEditPaste")->onClick = [this] { editProgramText(EditCommand::Paste); };
+    menuItem("mnuWindowTileHorizontal")->onClick = [this] { program_.projects().TileHorizontal(); };
+    menuItem("mnuWindowTileVertical")->onClick = [this] { program_.projects().TileVertical(); };
     menuItem("mnuWindowCascade")->onClick = [] { forms::CurrentPlatform().arrange(forms::Arrangement::Cascade); };
     menuItem("mnuWindowArrangeIcons")->onClick = [] {
         forms::CurrentPlatform().arrange(forms::Arrangement::ArrangeIcons);
     };
 }
+
+// The edit commands act on the program text of the active child when it is a program window;
+// anywhere else, the project manager included, they do nothing and say nothing.
+void FrmMain::editProgramText(EditCommand command)
+{
+    forms::Platform& platform = forms::CurrentPlatform();
+    auto* window = dynamic_cast<project::FrmProjectProgram*>(platform.activeChild());
+    if (!window)
+        return;
+    forms::TextBox& text = window->programText;
+    if (command == EditCommand::Paste) {
+        text.setSelText(platform.clipboardText());
+        return;
+    }
+    platform.setClipboardText(text.selText());
+    if (command == EditCommand::Cut)
+        text.setSelText({});
+}
+
+void FrmMain::formResize() { program_.projects().TileVertical(); }
 
 void FrmMain::toolButtonClicked(const std::string& key)
 {

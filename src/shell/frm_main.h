@@ -24,9 +24,13 @@ public:
 
 protected:
     bool formUnload() override;
+    void formResize() override;
 
 private:
+    enum class EditCommand { Copy, Cut, Paste };
+
     void buildMenus();
+    void editProgramText(EditCommand command);
     void connectMenus();
     void toolButtonClicked(const std::string& key);
     void runMenu(std::string_view name);

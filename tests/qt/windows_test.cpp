@@ -150,6 +150,18 @@ TEST_F(Frame, TheCloseBoxAsksTheProjectFirstAndNoKeepsEveryWindow)
     }
 }
 
+// A resize of the frame tiles the displayed programs again, which leaves the manager active.
+TEST_F(Frame, AResizeOfTheFrameTilesTheProgramsAgain)
+{
+    project::Projects& projects = program.projects();
+    projects.NewProject();
+    projects.manager().displayProg(1).operatorClick();
+    desk.platform.activate(*projects.programWindow(1));
+    frame->resize(frame->width() + 40, frame->height() + 30);
+    QApplication::processEvents();
+    EXPECT_EQ(desk.platform.activeChild(), &projects.manager());
+}
+
 TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
 {
     frame->resize(900, 600);
