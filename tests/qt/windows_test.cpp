@@ -189,6 +189,23 @@ TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
     EXPECT_NE(desk.platform.activeChild(), &first);
 }
 
+// The manager and a program side by side, as the operator sees them; a Tab typed in the editor
+// reaches the model as a typed tab.
+TEST_F(Frame, TheProjectWindowsStandSideBySideAndATypedTabReachesTheModel)
+{
+    frame->resize(1000, 560);
+    frame->show();
+    project::Projects& projects = program.projects();
+    projects.NewProject();
+    projects.manager().displayProg(1).operatorClick();
+    project::FrmProjectProgram& window = *projects.programWindow(1);
+    window.programText.setText("ABS ; back and forth\r\nWHILE V1<5\r\n  X4000\r\n  WAITX\r\n  V1=V1+1\r\nENDWHILE");
+    Key(desk.platform.window(window)->findChild<QWidget*>(QStringLiteral("programText")), Qt::Key_Tab, "\t");
+    EXPECT_EQ(window.replaceTab, 1);
+    Settle();
+    EXPECT_TRUE(SaveScreenshot(*frame, "ProjectWindows.png"));
+}
+
 // Each stretch of a line with the kind of word it is coloured as; small letters count as capitals.
 TEST(ProgramEditor, ColoursCommandWordsVariablesNumbersAndComments)
 {
@@ -243,9 +260,14 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.mainControl();
     program.status();
     program.compareMemory();
+    program.projects().manager();
+    program.projects().makeProgramWindow(1);
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
+        // A family of windows is found by its first member.
         forms::Form* form = program.findForm(layout.formName);
+        if (!form)
+            form = program.findForm(std::string(layout.formName) + "[1]");
         ASSERT_NE(form, nullptr) << "a layout for a form the program does not have";
         std::unique_ptr<QWidget> window = layout.frame ? std::make_unique<QMainWindow>() : std::make_unique<QWidget>();
         layout.setUp(*window);
