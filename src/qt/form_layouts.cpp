@@ -24,6 +24,8 @@
 #include "ui_Terminal.h"
 #include "ui_frmCompareMemory.h"
 #include "ui_frmMain.h"
+#include "ui_frmProjectManager.h"
+#include "ui_frmProjectProgram.h"
 
 namespace marlune::qt {
 
@@ -85,6 +87,8 @@ const std::vector<FormLayout>& FormLayouts()
             {"Status", false, &SetUp<Ui::Status, QWidget>},
             {"ProgramViewer", false, &SetUp<Ui::ProgramViewer, QWidget>},
             {"frmCompareMemory", false, &SetUp<Ui::frmCompareMemory, QWidget>},
+            {"frmProjectManager", false, &SetUp<Ui::frmProjectManager, QWidget>},
+            {"frmProjectProgram", false, &SetUp<Ui::frmProjectProgram, QWidget>},
     };
     return layouts;
 }

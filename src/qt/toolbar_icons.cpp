@@ -136,6 +136,23 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              for (int i = 0; i < 3; ++i)
                  p.drawRect(QRectF(3 + i * 9, 5, 8, 4));
          }}},
+        {"ProgRun", {"media-playback-start", [](QPainter& p) {
+             p.setBrush(QColor(0x3a, 0x9a, 0x4a));
+             p.drawPolygon(QPolygonF({{9, 5}, {27, 16}, {9, 27}}));
+         }}},
+        {"ProgramStop", {"media-playback-stop", [](QPainter& p) {
+             p.setBrush(kAccent);
+             p.drawRect(QRectF(7, 7, 18, 18));
+         }}},
+        {"Abort", {"process-stop", [](QPainter& p) {
+             p.setBrush(QColor(0xc8, 0x32, 0x2a));
+             QPolygonF octagon;
+             for (int i = 0; i < 8; ++i)
+                 octagon << QPointF(16, 16) + QLineF::fromPolar(13, 22.5 + i * 45).p2();
+             p.drawPolygon(octagon);
+             p.setPen(QPen(Qt::white, 3));
+             p.drawLine(QLineF(11, 16, 21, 16));
+         }}},
         {"Help", {"help-contents", [](QPainter& p) {
              p.setBrush(kAccent);
              p.drawEllipse(QRectF(3, 3, 26, 26));

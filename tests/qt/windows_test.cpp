@@ -2,7 +2,7 @@
 // exactly, opens the terminal, arranges its children and ends the program when it closes;
 // every .ui layout matches its form one to one; the motion panel repaints only what changed;
 // the transfer dialog's bar moves under the desktop's own 1 ms timer and the comparison shows
-// its differences as rows.
+// its differences as rows; the program editor colours the language and numbers its lines.
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -16,6 +16,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QToolBar>
 
@@ -30,6 +31,8 @@
 #include "qt/form_layouts.h"
 #include "qt/help_browser.h"
 #include "qt/mdi_frame.h"
+#include "qt/program_editor.h"
+#include "qt/program_highlighter.h"
 #include "qt/shown_text.h"
 #include "qt_test_support.h"
 #include "shell/frm_main.h"
@@ -198,6 +201,55 @@ TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
     EXPECT_NE(desk.platform.activeChild(), &first);
 }
 
+// The manager and a program side by side, as the operator sees them; a Tab typed in the editor
+// reaches the model as a typed tab.
+TEST_F(Frame, TheProjectWindowsStandSideBySideAndATypedTabReachesTheModel)
+{
+    frame->resize(1000, 560);
+    frame->show();
+    project::Projects& projects = program.projects();
+    projects.NewProject();
+    projects.manager().displayProg(1).operatorClick();
+    project::FrmProjectProgram& window = *projects.programWindow(1);
+    window.programText.setText("ABS ; back and forth\r\nWHILE V1<5\r\n  X4000\r\n  WAITX\r\n  V1=V1+1\r\nENDWHILE");
+    Key(desk.platform.window(window)->findChild<QWidget*>(QStringLiteral("programText")), Qt::Key_Tab, "\t");
+    EXPECT_EQ(window.replaceTab, 1);
+    Settle();
+    EXPECT_TRUE(SaveScreenshot(*frame, "ProjectWindows.png"));
+}
+
+// Each stretch of a line with the kind of word it is coloured as; small letters count as capitals.
+TEST(ProgramEditor, ColoursCommandWordsVariablesNumbersAndComments)
+{
+    const QStringList kinds = {"command", "variable", "number", "comment"};
+    ProgramEditor editor;
+    editor.setPlainText(QStringLiteral("delay V2+500 ; wait\nXV5 ' go"));
+    QStringList shown;
+    for (QTextBlock block = editor.document()->begin(); block.isValid(); block = block.next()) {
+        for (const QTextLayout::FormatRange& range : block.layout()->formats()) {
+            int kind = 0;
+            while (kind < kinds.size() && range.format != ProgramWordFormat(static_cast<ProgramWord>(kind)))
+                ++kind;
+            shown << block.text().mid(range.start, range.length) + ':' + kinds.value(kind, "?");
+        }
+    }
+    EXPECT_EQ(shown, (QStringList{"delay:command", "V2:variable", "500:number", "; wait:comment", "V5:variable",
+                                  "' go:comment"}));
+}
+
+TEST(ProgramEditor, TheLineNumberMarginGrowsWithTheDigitsOfTheLineCount)
+{
+    ProgramEditor editor;
+    std::vector<int> margins;
+    for (const int lines : {1, 9, 10, 100}) {
+        editor.setPlainText(QStringLiteral("X1\n").repeated(lines - 1));
+        margins.push_back(editor.viewport()->x());
+    }
+    EXPECT_EQ(margins[0], margins[1]);
+    EXPECT_LT(margins[1], margins[2]);
+    EXPECT_LT(margins[2], margins[3]);
+}
+
 TEST_F(Frame, HelpShowsTheLanguageManual)
 {
     ASSERT_TRUE(LocateManual().has_value()) << "docs/controller-language.md belongs to the sources";
@@ -220,9 +272,14 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.mainControl();
     program.status();
     program.compareMemory();
+    program.projects().manager();
+    program.projects().makeProgramWindow(1);
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
+        // A family of windows is found by its first member.
         forms::Form* form = program.findForm(layout.formName);
+        if (!form)
+            form = program.findForm(std::string(layout.formName) + "[1]");
         ASSERT_NE(form, nullptr) << "a layout for a form the program does not have";
         std::unique_ptr<QWidget> window = layout.frame ? std::make_unique<QMainWindow>() : std::make_unique<QWidget>();
         layout.setUp(*window);

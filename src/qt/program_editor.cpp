@@ -1,0 +1,109 @@
+#include "qt/program_editor.h"
+
+#include <QFontDatabase>
+#include <QPainter>
+#include <QTextBlock>
+
+#include "qt/program_highlighter.h"
+
+namespace marlune::qt {
+
+namespace {
+
+constexpr int kMarginPadding = 6;
+const QColor kMarginPaper(0xf0, 0xf0, 0xec);
+const QColor kMarginInk(0x90, 0x90, 0x90);
+const QColor kCurrentLine(0xfd, 0xf8, 0xdc);
+
+} // namespace
+
+class ProgramEditor::Margin final : public QWidget {
+public:
+    explicit Margin(ProgramEditor& editor) : QWidget(&editor), editor_(editor) {}
+
+protected:
+    void paintEvent(QPaintEvent* event) override { editor_.paintMargin(*event); }
+
+private:
+    ProgramEditor& editor_;
+};
+
+ProgramEditor::ProgramEditor(QWidget* parent) : QPlainTextEdit(parent), margin_(new Margin(*this))
+{
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    // A line of the program is a line of the controller: it is never wrapped.
+    setLineWrapMode(NoWrap);
+    new ProgramHighlighter(document());
+    connect(this, &QPlainTextEdit::blockCountChanged, this, &ProgramEditor::placeMargin);
+    connect(this, &QPlainTextEdit::updateRequest, this, &ProgramEditor::scrollMargin);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ProgramEditor::markCurrentLine);
+    placeMargin();
+    markCurrentLine();
+}
+
+int ProgramEditor::marginWidth() const
+{
+    const auto digits = QString::number(blockCount()).size();
+    return fontMetrics().horizontalAdvance(QLatin1Char('9')) * static_cast<int>(digits) + 2 * kMarginPadding;
+}
+
+void ProgramEditor::placeMargin()
+{
+    const int width = marginWidth();
+    setViewportMargins(width, 0, 0, 0);
+    const QRect area = contentsRect();
+    margin_->setGeometry(area.left(), area.top(), width, area.height());
+}
+
+void ProgramEditor::resizeEvent(QResizeEvent* event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    placeMargin();
+}
+
+void ProgramEditor::changeEvent(QEvent* event)
+{
+    QPlainTextEdit::changeEvent(event);
+    // The binder sets the form's own font; the digits' width goes with it.
+    if (event->type() == QEvent::FontChange)
+        placeMargin();
+}
+
+void ProgramEditor::scrollMargin(const QRect& rect, int dy)
+{
+    if (dy != 0)
+        margin_->scroll(0, dy);
+    else
+        margin_->update(0, rect.y(), margin_->width(), rect.height());
+}
+
+void ProgramEditor::paintMargin(const QPaintEvent& event)
+{
+    QPainter painter(margin_);
+    painter.fillRect(event.rect(), kMarginPaper);
+    painter.setPen(kMarginInk);
+    const int lineHeight = fontMetrics().height();
+    QTextBlock block = firstVisibleBlock();
+    int top = qRound(blockBoundingGeometry(block).translated(contentOffset()).top());
+    while (block.isValid() && top <= event.rect().bottom()) {
+        const int bottom = top + qRound(blockBoundingRect(block).height());
+        if (block.isVisible() && bottom >= event.rect().top()) {
+            painter.drawText(0, top, margin_->width() - kMarginPadding, lineHeight, Qt::AlignRight,
+                             QString::number(block.blockNumber() + 1));
+        }
+        block = block.next();
+        top = bottom;
+    }
+}
+
+void ProgramEditor::markCurrentLine()
+{
+    QTextEdit::ExtraSelection line;
+    line.format.setBackground(kCurrentLine);
+    line.format.setProperty(QTextFormat::FullWidthSelection, true);
+    line.cursor = textCursor();
+    line.cursor.clearSelection();
+    setExtraSelections({line});
+}
+
+} // namespace marlune::qt
