@@ -1,8 +1,13 @@
 #include "qt/program_editor.h"
 
+#include <QAction>
 #include <QFontDatabase>
+#include <QInputDialog>
+#include <QMessageBox>
 #include <QPainter>
 #include <QTextBlock>
+
+#include <algorithm>
 
 #include "qt/program_highlighter.h"
 
@@ -39,6 +44,66 @@ ProgramEditor::ProgramEditor(QWidget* parent) : QPlainTextEdit(parent), margin_(
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ProgramEditor::markCurrentLine);
     placeMargin();
     markCurrentLine();
+    // Children of the editor, so that they act while its window has the focus and the frame's
+    // menus see them as shortcuts of the window.
+    const auto shortcut = [this](const QKeySequence& keys, void (ProgramEditor::*run)()) {
+        auto* action = new QAction(this);
+        action->setShortcut(keys);
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        connect(action, &QAction::triggered, this, run);
+        addAction(action);
+    };
+    shortcut(QKeySequence::Find, &ProgramEditor::askFind);
+    shortcut(QKeySequence::FindNext, &ProgramEditor::findAgain);
+    shortcut(QKeySequence(Qt::CTRL | Qt::Key_G), &ProgramEditor::askLine);
+}
+
+bool ProgramEditor::findNext(const QString& term)
+{
+    if (term.isEmpty())
+        return false;
+    if (find(term))
+        return true;
+    const QTextCursor before = textCursor();
+    moveCursor(QTextCursor::Start);
+    if (find(term))
+        return true;
+    setTextCursor(before);
+    return false;
+}
+
+void ProgramEditor::goToLine(int line)
+{
+    const QTextBlock block = document()->findBlockByNumber(std::clamp(line, 1, blockCount()) - 1);
+    setTextCursor(QTextCursor(block));
+    centerCursor();
+}
+
+void ProgramEditor::askFind()
+{
+    bool ok = false;
+    const QString term = QInputDialog::getText(this, tr("Find"), tr("Find:"), QLineEdit::Normal, lastTerm_, &ok);
+    if (!ok || term.isEmpty())
+        return;
+    lastTerm_ = term;
+    findAgain();
+}
+
+void ProgramEditor::findAgain()
+{
+    if (lastTerm_.isEmpty())
+        askFind();
+    else if (!findNext(lastTerm_))
+        QMessageBox::information(this, tr("Find"), tr("\"%1\" was not found.").arg(lastTerm_));
+}
+
+void ProgramEditor::askLine()
+{
+    bool ok = false;
+    const int line = QInputDialog::getInt(this, tr("Go to Line"), tr("Line (1 to %1):").arg(blockCount()),
+                                          textCursor().blockNumber() + 1, 1, blockCount(), 1, &ok);
+    if (ok)
+        goToLine(line);
 }
 
 int ProgramEditor::marginWidth() const

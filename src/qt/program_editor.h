@@ -5,13 +5,19 @@
 namespace marlune::qt {
 
 // The editor of a program's text: a fixed-pitch font, line numbers in a left margin, the caret's
-// line on a light background, and the controller language highlighted. It stays a
-// QPlainTextEdit, so that the binder binds it as any multi-line text box.
+// line on a light background, the controller language highlighted, Find (Ctrl+F, F3 again) and
+// Go to Line (Ctrl+G). It stays a QPlainTextEdit, so that the binder binds it as any multi-line
+// text box.
 class ProgramEditor final : public QPlainTextEdit {
     Q_OBJECT
 
 public:
     explicit ProgramEditor(QWidget* parent = nullptr);
+
+    // Selects the next `term` after the caret, going on from the top; false when there is none.
+    bool findNext(const QString& term);
+    // Puts the caret at the start of `line` (from 1; beyond the last, the last).
+    void goToLine(int line);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -26,8 +32,12 @@ private:
     void paintMargin(const QPaintEvent& event);
     void scrollMargin(const QRect& rect, int dy);
     void markCurrentLine();
+    void askFind();
+    void findAgain();
+    void askLine();
 
     Margin* margin_;
+    QString lastTerm_;
 };
 
 } // namespace marlune::qt

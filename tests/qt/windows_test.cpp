@@ -250,6 +250,22 @@ TEST(ProgramEditor, TheLineNumberMarginGrowsWithTheDigitsOfTheLineCount)
     EXPECT_LT(margins[2], margins[3]);
 }
 
+// Find goes on from the top and keeps the caret when nothing matches; Go to Line stays within the text.
+TEST(ProgramEditor, FindWrapsAroundAndGoToLineStaysInTheText)
+{
+    ProgramEditor editor;
+    editor.setPlainText(QStringLiteral("X1\nWAITX\nX2\nEND"));
+    editor.goToLine(3);
+    std::vector<int> lines{editor.textCursor().blockNumber()};
+    for (const char* term : {"X", "X", "WAIT", "nothing"}) {
+        const bool found = editor.findNext(QString::fromLatin1(term));
+        lines.push_back(found ? editor.textCursor().blockNumber() : -editor.textCursor().blockNumber());
+    }
+    editor.goToLine(99);
+    lines.push_back(editor.textCursor().blockNumber());
+    EXPECT_EQ(lines, (std::vector<int>{2, 2, 0, 1, -1, 3}));
+}
+
 TEST_F(Frame, HelpShowsTheLanguageManual)
 {
     ASSERT_TRUE(LocateManual().has_value()) << "docs/controller-language.md belongs to the sources";
