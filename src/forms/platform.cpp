@@ -29,6 +29,16 @@ MessageAnswer MsgBox(const std::string& text, MessageButtons buttons, MessageIco
     return CurrentPlatform().messageBox({text, title.empty() ? std::string(kApplicationTitle) : title, buttons, icon});
 }
 
+std::optional<std::string> ChooseFile(const FileDialogRequest& request)
+{
+    FileDialogResult chosen = CurrentPlatform().fileDialog(request);
+    if (chosen.outcome == FileDialogResult::Outcome::Failed)
+        MsgBox(chosen.error + kErrorSource);
+    if (chosen.outcome != FileDialogResult::Outcome::Chosen)
+        return std::nullopt;
+    return std::move(chosen.fileName);
+}
+
 void ShowModal(Form& form, Form* owner)
 {
     if (!form.loaded() && !form.load())

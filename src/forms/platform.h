@@ -88,6 +88,14 @@ Platform& CurrentPlatform();
 void SetPlatform(Platform* platform);
 bool HasPlatform();
 
+// What the file dialog's failures and the file operations behind it name as their source, after
+// the description.
+inline constexpr const char* kErrorSource = "MarluneDesk";
+
+// Shows the file dialog: the chosen name, or nothing when the operator cancelled or the dialog
+// failed; a failure is told in a message, its description followed by the error source.
+std::optional<std::string> ChooseFile(const FileDialogRequest& request);
+
 // A message box with the application title unless another is given.
 MessageAnswer MsgBox(const std::string& text, MessageButtons buttons = MessageButtons::OK,
                      MessageIcon icon = MessageIcon::None, const std::string& title = {});

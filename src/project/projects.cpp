@@ -15,27 +15,8 @@ namespace {
 
 constexpr const char* ProjectFilter = "Marlune Project Files (*.prj)|*.prj";
 constexpr const char* OpenAlready = "Project Open Already!  Close current project before opening another.";
-// What stands behind the description of a failure of the program's own.
-constexpr const char* ErrorSource = "MarluneDesk";
-
-// A failure of an open or a save: its description followed by its source, unless it was the
-// dialog's Cancel.
-void ShowFailure(const std::string& description)
-{
-    if (description.find("Cancel was selected") == std::string::npos)
-        forms::MsgBox(description + ErrorSource);
-}
-
-// The name the operator chose, or nothing: cancelled, or a failure (told).
-std::optional<std::string> ChooseProjectFile(const forms::FileDialogRequest& request)
-{
-    const forms::FileDialogResult chosen = forms::CurrentPlatform().fileDialog(request);
-    if (chosen.outcome == forms::FileDialogResult::Outcome::Failed)
-        ShowFailure(chosen.error);
-    if (chosen.outcome != forms::FileDialogResult::Outcome::Chosen)
-        return std::nullopt;
-    return chosen.fileName;
-}
+// A failure of an open or a save: its description followed by its source.
+void ShowFailure(const std::string& description) { forms::MsgBox(description + forms::kErrorSource); }
 
 bool HoldsStar(const std::string& name) { return name.find('*') != std::string::npos; }
 
@@ -110,7 +91,7 @@ void Projects::OpenProject()
         return;
     }
     const std::optional<std::string> fileName =
-            ChooseProjectFile({"Open Marlune Project", ProjectFilter, "*.prj", false, false});
+            forms::ChooseFile({"Open Marlune Project", ProjectFilter, "*.prj", false, false});
     if (!fileName || fileName->empty())
         return;
     std::int32_t display = 0;
@@ -172,7 +153,7 @@ void Projects::SaveAsproject()
         return;
     }
     const std::optional<std::string> fileName =
-            ChooseProjectFile({"Save Marlune Project As", ProjectFilter, "", true, false});
+            forms::ChooseFile({"Save Marlune Project As", ProjectFilter, "", true, false});
     if (!fileName)
         return;
     if (fileName->empty()) {

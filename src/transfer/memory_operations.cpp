@@ -14,8 +14,6 @@ namespace {
 
 constexpr const char* kDataFileFilter = "Marlune Program Files (*.dat)|*.dat";
 constexpr const char* kPresetName = "*.dat";
-// What a failed file dialog names as the source of its error, behind the description.
-constexpr const char* kErrorSource = "MarluneDesk";
 constexpr const char* kStoreTitle = "STORE MARLUNE DATA";
 
 // The data file the operator chooses, or nothing: cancelled, a failure (told), or a name that
@@ -23,16 +21,10 @@ constexpr const char* kStoreTitle = "STORE MARLUNE DATA";
 // restore, though chosen in a save dialog, reads the file.
 std::optional<std::string> ChooseDataFile(const std::string& title, bool save, bool replaces)
 {
-    const forms::FileDialogResult chosen =
-            forms::CurrentPlatform().fileDialog({title, kDataFileFilter, kPresetName, save, replaces});
-    if (chosen.outcome == forms::FileDialogResult::Outcome::Failed) {
-        forms::MsgBox(chosen.error + kErrorSource);
+    std::optional<std::string> chosen = forms::ChooseFile({title, kDataFileFilter, kPresetName, save, replaces});
+    if (!chosen || chosen->empty() || chosen->find('*') != std::string::npos)
         return std::nullopt;
-    }
-    if (chosen.outcome == forms::FileDialogResult::Outcome::Cancelled || chosen.fileName.empty()
-        || chosen.fileName.find('*') != std::string::npos)
-        return std::nullopt;
-    return chosen.fileName;
+    return chosen;
 }
 
 // Opens the link for one operation; on failure says `failure` and clears `connected`.
