@@ -3,7 +3,6 @@
 // built-in simulated controller answering.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QTimer>
 
 #include <sys/resource.h>
@@ -62,13 +61,3 @@ void PanelPollingIdle(benchmark::State& state)
 BENCHMARK(PanelPollingIdle)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
