@@ -39,6 +39,14 @@ std::optional<std::string> ChooseFile(const FileDialogRequest& request)
     return std::move(chosen.fileName);
 }
 
+bool ChoosePrinter(const std::string& title)
+{
+    const PrintDialogResult chosen = CurrentPlatform().printDialog(title);
+    if (chosen.outcome == PrintDialogResult::Outcome::Failed)
+        MsgBox(chosen.error + kErrorSource);
+    return chosen.outcome == PrintDialogResult::Outcome::Chosen;
+}
+
 void ShowModal(Form& form, Form* owner)
 {
     if (!form.loaded() && !form.load())

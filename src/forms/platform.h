@@ -69,8 +69,9 @@ public:
 
     virtual FileDialogResult fileDialog(const FileDialogRequest& request) = 0;
     virtual PrintDialogResult printDialog(const std::string& title) = 0;
-    // Prints a text on the printer chosen in the last print dialog; false on failure.
-    virtual bool printText(const std::string& text) = 0;
+    // Prints a text as a job of its own on the printer chosen in the last print dialog, with
+    // `heading` above it, so that a printed page says what it holds; false on failure.
+    virtual bool printText(const std::string& heading, const std::string& text) = 0;
 
     virtual std::string clipboardText() = 0;
     virtual void setClipboardText(const std::string& text) = 0;
@@ -95,6 +96,10 @@ inline constexpr const char* kErrorSource = "MarluneDesk";
 // Shows the file dialog: the chosen name, or nothing when the operator cancelled or the dialog
 // failed; a failure is told in a message, its description followed by the error source.
 std::optional<std::string> ChooseFile(const FileDialogRequest& request);
+
+// Shows the print dialog: true when a printer was chosen; false when the operator cancelled or
+// the dialog failed, a failure told as ChooseFile tells it.
+bool ChoosePrinter(const std::string& title);
 
 // A message box with the application title unless another is given.
 MessageAnswer MsgBox(const std::string& text, MessageButtons buttons = MessageButtons::OK,

@@ -136,7 +136,7 @@ forms::PrintDialogResult HeadlessPlatform::printDialog(const std::string& title)
     return result;
 }
 
-bool HeadlessPlatform::printText(const std::string& text)
+bool HeadlessPlatform::printText(const std::string&, const std::string& text)
 {
     printed_.push_back(text);
     return true;

@@ -199,6 +199,28 @@ void Projects::CloseProject()
     state.projectChanged = false;
 }
 
+void Projects::Print()
+{
+    if (!state.projectOpen) {
+        forms::MsgBox("Project not open to print!");
+        return;
+    }
+    forms::Platform& platform = forms::CurrentPlatform();
+    if (!platform.activeChild() || !forms::ChoosePrinter("Print Marlune Program"))
+        return;
+    // A job that fails does not stop the others.
+    for (int n = 1; n <= ProgramCount; ++n) {
+        if (programWindowOpen(n)) {
+            FrmProjectProgram& window = *programWindow(n);
+            platform.activate(window);
+            platform.printText(window.caption(), window.programText.text());
+        }
+    }
+    FrmProjectManager& window = manager();
+    platform.activate(window);
+    platform.printText(window.Label1.caption(), window.DefinitionList.text());
+}
+
 void Projects::TileVertical()
 {
     if (state.programWindowMask != 0)

@@ -53,6 +53,9 @@ public:
     void SaveAsproject();
     void SaveProjectToFile(const std::string& fileName);
     void CloseProject();
+    // The open programs by number, then the definition list, each as a print job of its own under
+    // its window's caption; each window takes the focus as its text goes to the printer.
+    void Print();
 
     // The frame's tilings: the focus goes to the manager, to the displayed programs from 4 down to
     // 1, the children are laid out, and the manager takes the focus again. Vertical tiling (also

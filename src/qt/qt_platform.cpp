@@ -23,6 +23,7 @@
 #include "qt/help_browser.h"
 #include "qt/mdi_frame.h"
 #include "qt/menu_builder.h"
+#include "qt/printout.h"
 #include "qt/shown_text.h"
 
 namespace marlune::qt {
@@ -312,6 +313,8 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
     using Outcome = forms::PrintDialogResult::Outcome;
     QPrintDialog dialog(&printer(), dialogParent());
     dialog.setWindowTitle(ShownText(title));
+    // Every job prints its whole text: there are no pages to pick.
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
     if (dialog.exec() != QDialog::Accepted)
         return {Outcome::Cancelled, {}};
     if (!printer().isValid())
@@ -319,14 +322,9 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
     return {Outcome::Chosen, {}};
 }
 
-bool QtPlatform::printText(const std::string& text)
+bool QtPlatform::printText(const std::string& heading, const std::string& text)
 {
-    QTextDocument document;
-    QFont font(QStringLiteral("Courier New"));
-    font.setStyleHint(QFont::TypeWriter);
-    document.setDefaultFont(font);
-    document.setPlainText(ShownText(text, true));
-    document.print(&printer());
+    Printout(ShownText(heading), ShownText(text, true))->print(&printer());
     return printer().printerState() != QPrinter::Error;
 }
 

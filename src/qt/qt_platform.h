@@ -40,7 +40,7 @@ public:
     void timerChanged(forms::Timer& timer) override;
     forms::FileDialogResult fileDialog(const forms::FileDialogRequest& request) override;
     forms::PrintDialogResult printDialog(const std::string& title) override;
-    bool printText(const std::string& text) override;
+    bool printText(const std::string& heading, const std::string& text) override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
     void saveSetting(const std::string& application, const std::string& section, const std::string& key,

@@ -49,6 +49,7 @@ void FrmMain::connectMenus()
     menuItem("SaveProject")->onClick = [this] { program_.projects().SaveProject(); };
     menuItem("SaveAsproject")->onClick = [this] { program_.projects().SaveAsproject(); };
     menuItem("CloseProject")->onClick = [this] { program_.projects().CloseProject(); };
+    menuItem("mnuFilePrint")->onClick = [this] { program_.projects().Print(); };
     menuItem("mnuToolsmnuControl")->onClick = [this] { forms::ShowModal(program_.mainControl(), this); };
     menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
     menuItem("Store")->onClick = [] { transfer::Store(); };

@@ -408,8 +408,8 @@ TEST_F(PlatformTest, SettingsClipboardPrintingAndHelpAreRecorded)
     EXPECT_FALSE(platform.setting("Settings", "MainTop"));
     p.setClipboardText("X1000\r\n");
     EXPECT_EQ(p.clipboardText(), "X1000\r\n");
-    EXPECT_TRUE(p.printText("one"));
-    EXPECT_TRUE(p.printText("two"));
+    EXPECT_TRUE(p.printText("Heading", "one"));
+    EXPECT_TRUE(p.printText("Heading", "two"));
     EXPECT_EQ(platform.printed(), (std::vector<std::string>{"one", "two"}));
     EXPECT_FALSE(p.showHelp("Manual.hlp", 11));
     ASSERT_TRUE(platform.lastHelp());

@@ -7,14 +7,19 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPrinter>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextDocument>
 
 #include <tuple>
 
 #include "forms/control.h"
 #include "forms/form.h"
 #include "qt/file_filter.h"
+#include "qt/printout.h"
 #include "qt/shown_text.h"
 #include "qt/status_clock.h"
 #include "qt/tilings.h"
@@ -126,6 +131,27 @@ TEST(FileFilter, PairsOfDescriptionAndPatternsBecomeQtFilters)
     EXPECT_EQ(QtNameFilters("Marlune Program Files (*.dat)|*.dat|Projects|*.prj|Text|*.txt;*.lst|Other"),
               (QStringList{"Marlune Program Files (*.dat)", "Projects (*.prj)", "Text (*.txt *.lst)", "Other (*)"}));
     EXPECT_TRUE(QtNameFilters("").isEmpty());
+}
+
+TEST(Printout, TheHeadingStandsBoldAboveTheTextLineForLineInAFixedPitchFontAndPrintsToPdf)
+{
+    const auto document = Printout(QStringLiteral("Marlune Motion Program 1"), QStringLiteral("X1\n  Y2"));
+    QStringList lines;
+    std::vector<bool> bold;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        lines << block.text();
+        bold.push_back(block.begin().fragment().charFormat().fontWeight() == QFont::Bold);
+    }
+    EXPECT_EQ(lines, (QStringList{"Marlune Motion Program 1", "X1", "  Y2"}));
+    EXPECT_EQ(bold, (std::vector<bool>{true, false, false}));
+    EXPECT_TRUE(QFontInfo(document->defaultFont()).fixedPitch());
+    QTemporaryDir dir;
+    QPrinter printer;
+    printer.setOutputFileName(dir.filePath(QStringLiteral("program.pdf")));
+    document->print(&printer);
+    QFile pdf(printer.outputFileName());
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(5) == "%PDF-");
 }
 
 TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)
