@@ -152,6 +152,14 @@ void TextBox::setText(const std::string& text)
         onChange();
 }
 
+void TextBox::setMarkedWords(std::vector<std::string> words)
+{
+    if (markedWords_ == words)
+        return;
+    markedWords_ = std::move(words);
+    changed();
+}
+
 void TextBox::setSelStart(int start)
 {
     const int clamped = std::clamp(start, 0, static_cast<int>(text_.size()));
@@ -262,6 +270,12 @@ std::optional<std::string> TextBox::property(std::string_view name) const
         return std::to_string(selLength_);
     if (name == "locked")
         return Bool(locked);
+    if (name == "markedwords") {
+        std::string words;
+        for (const std::string& word : markedWords_)
+            words += (words.empty() ? "" : " ") + word;
+        return words;
+    }
     return Control::property(name);
 }
 

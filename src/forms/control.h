@@ -185,6 +185,10 @@ public:
     bool multiLine = false;
     std::string fontName;
 
+    // Words that the view marks wherever they stand in the text; no event, only the view is told.
+    const std::vector<std::string>& markedWords() const { return markedWords_; }
+    void setMarkedWords(std::vector<std::string> words);
+
     // An operator's key: KeyDown, then KeyPress for a character key (the handler may swallow
     // it by setting the code to 0), then the text box's own editing of an unlocked box.
     void operatorKey(int keyCode);
@@ -205,6 +209,7 @@ private:
     std::string text_;
     int selStart_ = 0;
     int selLength_ = 0;
+    std::vector<std::string> markedWords_;
 };
 
 class CheckBox final : public Control {

@@ -4,6 +4,7 @@
 
 #include "forms/platform.h"
 #include "link/bit_arithmetic.h"
+#include "project/definitions.h"
 #include "project/project_link.h"
 #include "project/project_program.h"
 #include "project/projects.h"
@@ -39,7 +40,10 @@ FrmProjectManager::FrmProjectManager(Projects& projects)
       Abort(add<forms::Button>("Abort", "Abort All")), projects_(projects)
 {
     DefinitionList.multiLine = true;
-    DefinitionList.onChange = [this] { projects_.state.projectChanged = true; };
+    DefinitionList.onChange = [this] {
+        projects_.state.projectChanged = true;
+        markDefinedNames();
+    };
     for (int n = 1; n <= ProgramCount; ++n)
         displayProg(n).onClick = [this, n] { displayProgClick(n); };
     RunProg.onClick = [this] { sendToSelected("RUN "); };
@@ -92,6 +96,7 @@ void FrmProjectManager::openProgram(int n)
     window.myProgramBit = ProgramBit(n);
     window.myProgramNumber = static_cast<std::int16_t>(n);
     state.programWindowMask = link::BitOr(state.programWindowMask, ProgramBit(n));
+    markDefinedNames();
     window.programText.setText(state.section(n));
     forms::Platform& platform = forms::CurrentPlatform();
     platform.showModeless(window, &projects_.frame());
@@ -101,6 +106,15 @@ void FrmProjectManager::openProgram(int n)
     selProg(n).setEnabled(true);
     selProg(n).setValue(true);
     SelProgAll.setEnabled(true);
+}
+
+void FrmProjectManager::markDefinedNames()
+{
+    const std::vector<std::string> names = DefinitionNames(DefinitionList.text());
+    for (int n = 1; n <= ProgramCount; ++n) {
+        if (projects_.programWindowOpen(n))
+            projects_.programWindow(n)->programText.setMarkedWords(names);
+    }
 }
 
 void FrmProjectManager::closeProgram(int n)

@@ -49,6 +49,8 @@ private:
     void displayProgClick(int n);
     void openProgram(int n);
     void closeProgram(int n);
+    // The program windows mark the names that the definition list defines.
+    void markDefinedNames();
     void closingOptionSteps(int n);
     // "RUN n" or "QUIT n" for every selected program whose window is open.
     void sendToSelected(const char* verb);

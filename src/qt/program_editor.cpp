@@ -1,6 +1,7 @@
 #include "qt/program_editor.h"
 
 #include <QAction>
+#include <QDynamicPropertyChangeEvent>
 #include <QFontDatabase>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -10,6 +11,8 @@
 #include <algorithm>
 
 #include "qt/program_highlighter.h"
+#include "qt/shown_text.h"
+#include "qt/text_sync.h"
 
 namespace marlune::qt {
 
@@ -33,12 +36,12 @@ private:
     ProgramEditor& editor_;
 };
 
-ProgramEditor::ProgramEditor(QWidget* parent) : QPlainTextEdit(parent), margin_(new Margin(*this))
+ProgramEditor::ProgramEditor(QWidget* parent)
+    : QPlainTextEdit(parent), margin_(new Margin(*this)), highlighter_(new ProgramHighlighter(document()))
 {
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     // A line of the program is a line of the controller: it is never wrapped.
     setLineWrapMode(NoWrap);
-    new ProgramHighlighter(document());
     connect(this, &QPlainTextEdit::blockCountChanged, this, &ProgramEditor::placeMargin);
     connect(this, &QPlainTextEdit::updateRequest, this, &ProgramEditor::scrollMargin);
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ProgramEditor::markCurrentLine);
@@ -132,6 +135,18 @@ void ProgramEditor::changeEvent(QEvent* event)
     // The binder sets the form's own font; the digits' width goes with it.
     if (event->type() == QEvent::FontChange)
         placeMargin();
+}
+
+bool ProgramEditor::event(QEvent* event)
+{
+    if (event->type() == QEvent::DynamicPropertyChange
+        && static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName() == kMarkedWords) {
+        std::vector<std::string> names;
+        for (const QString& name : property(kMarkedWords).toStringList())
+            names.push_back(ModelText(name));
+        highlighter_->setDefinedNames(std::move(names));
+    }
+    return QPlainTextEdit::event(event);
 }
 
 void ProgramEditor::scrollMargin(const QRect& rect, int dy)

@@ -7,7 +7,9 @@ namespace marlune::qt {
 // The editor of a program's text: a fixed-pitch font, line numbers in a left margin, the caret's
 // line on a light background, the controller language highlighted, Find (Ctrl+F, F3 again) and
 // Go to Line (Ctrl+G). It stays a QPlainTextEdit, so that the binder binds it as any multi-line
-// text box.
+// text box; the names it marks come as the binder's "markedWords" property.
+class ProgramHighlighter;
+
 class ProgramEditor final : public QPlainTextEdit {
     Q_OBJECT
 
@@ -22,6 +24,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     class Margin;
@@ -37,6 +40,7 @@ private:
     void askLine();
 
     Margin* margin_;
+    ProgramHighlighter* highlighter_;
     QString lastTerm_;
 };
 

@@ -5,6 +5,9 @@
 
 #include <vector>
 
+#include "project/definitions.h"
+#include "qt/shown_text.h"
+
 namespace marlune::qt {
 
 namespace {
@@ -63,11 +66,23 @@ QTextCharFormat ProgramWordFormat(ProgramWord word)
         format.setForeground(QColor(0x5a, 0x7a, 0x5a));
         format.setFontItalic(true);
         break;
+    case ProgramWord::DefinedName:
+        format.setForeground(QColor(0x00, 0x6d, 0x6d));
+        format.setBackground(QColor(0xe3, 0xf4, 0xf4));
+        break;
     }
     return format;
 }
 
 ProgramHighlighter::ProgramHighlighter(QTextDocument* document) : QSyntaxHighlighter(document) {}
+
+void ProgramHighlighter::setDefinedNames(std::vector<std::string> names)
+{
+    if (names == definedNames_)
+        return;
+    definedNames_ = std::move(names);
+    rehighlight();
+}
 
 void ProgramHighlighter::highlightBlock(const QString& text)
 {
@@ -78,6 +93,15 @@ void ProgramHighlighter::highlightBlock(const QString& text)
             setFormat(static_cast<int>(match.capturedStart()), static_cast<int>(match.capturedLength()), format);
         }
     }
+    if (definedNames_.empty())
+        return;
+    // A line of the editor holds no line end, so its characters stand one for one in its bytes.
+    const std::string line = ModelText(text);
+    if (project::KeepsItsNames(line))
+        return;
+    const QTextCharFormat format = ProgramWordFormat(ProgramWord::DefinedName);
+    for (const project::NameMatch& match : project::FindDefinedNames(line, definedNames_))
+        setFormat(static_cast<int>(match.start), static_cast<int>(match.length), format);
 }
 
 } // namespace marlune::qt

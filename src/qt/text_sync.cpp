@@ -93,6 +93,11 @@ void ShowTextBox(const forms::TextBox& box, QWidget& widget)
         ShowInLine(box, *line, shown, wanted);
     else
         ShowInPlain(box, static_cast<QPlainTextEdit&>(widget), shown, wanted);
+    QStringList words;
+    for (const std::string& word : box.markedWords())
+        words << ShownText(word);
+    if (widget.property(kMarkedWords).toStringList() != words)
+        widget.setProperty(kMarkedWords, words);
 }
 
 QFont NamedFont(QFont font, const std::string& name)

@@ -27,7 +27,12 @@ TextSelection WidgetSelection(QWidget& widget);
 TextSelection ModelSelection(const forms::TextBox& box, TextSelection shown);
 void Select(forms::TextBox& box, TextSelection selection);
 
-// Shows the box's text, caret, selection and lock in its widget, touching only what differs.
+// The widget property that carries a text box's marked words, as a list of texts, for a widget
+// that marks them.
+inline constexpr const char* kMarkedWords = "markedWords";
+
+// Shows the box's text, caret, selection, lock and marked words in its widget, touching only what
+// differs.
 void ShowTextBox(const forms::TextBox& box, QWidget& widget);
 
 // The font a text box names; a name of the Courier family keeps a fixed pitch where the

@@ -34,6 +34,7 @@
 #include "qt/program_editor.h"
 #include "qt/program_highlighter.h"
 #include "qt/shown_text.h"
+#include "qt/text_sync.h"
 #include "qt_test_support.h"
 #include "shell/frm_main.h"
 #include "tools/terminal.h"
@@ -202,28 +203,34 @@ TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
 }
 
 // The manager and a program side by side, as the operator sees them; a Tab typed in the editor
-// reaches the model as a typed tab.
-TEST_F(Frame, TheProjectWindowsStandSideBySideAndATypedTabReachesTheModel)
+// reaches the model as a typed tab, and the definitions reach the editor as names to mark.
+TEST_F(Frame, TheProjectWindowsStandSideBySideATypedTabReachesTheModelAndDefinitionsTheEditor)
 {
     frame->resize(1000, 560);
     frame->show();
     project::Projects& projects = program.projects();
     projects.NewProject();
     projects.manager().displayProg(1).operatorClick();
+    projects.manager().DefinitionList.setText("COUNT=V1\r\nFAR=4000\r\n");
     project::FrmProjectProgram& window = *projects.programWindow(1);
-    window.programText.setText("ABS ; back and forth\r\nWHILE V1<5\r\n  X4000\r\n  WAITX\r\n  V1=V1+1\r\nENDWHILE");
-    Key(desk.platform.window(window)->findChild<QWidget*>(QStringLiteral("programText")), Qt::Key_Tab, "\t");
+    window.programText.setText(
+            "ABS ; back and forth\r\nWHILE COUNT<5\r\n  XFAR\r\n  WAITX\r\n  COUNT=COUNT+1\r\nENDWHILE");
+    QWidget* editor = desk.platform.window(window)->findChild<QWidget*>(QStringLiteral("programText"));
+    Key(editor, Qt::Key_Tab, "\t");
     EXPECT_EQ(window.replaceTab, 1);
+    EXPECT_EQ(editor->property(kMarkedWords).toStringList(), (QStringList{"COUNT", "FAR"}));
     Settle();
     EXPECT_TRUE(SaveScreenshot(*frame, "ProjectWindows.png"));
 }
 
-// Each stretch of a line with the kind of word it is coloured as; small letters count as capitals.
+// Each stretch of a line with the kind of word it is coloured as; small letters count as capitals,
+// and defined names go over everything the download replaces, found as the download finds them.
 TEST(ProgramEditor, ColoursCommandWordsVariablesNumbersAndComments)
 {
-    const QStringList kinds = {"command", "variable", "number", "comment"};
+    const QStringList kinds = {"command", "variable", "number", "comment", "name"};
     ProgramEditor editor;
-    editor.setPlainText(QStringLiteral("delay V2+500 ; wait\nXV5 ' go"));
+    editor.setPlainText(QStringLiteral("delay V2+500 ; wait\nXV5 ' go\nSPEED=SP ;SP\nPRINT \"SP\""));
+    editor.setProperty(kMarkedWords, QStringList{"SP", "SPEED"});
     QStringList shown;
     for (QTextBlock block = editor.document()->begin(); block.isValid(); block = block.next()) {
         for (const QTextLayout::FormatRange& range : block.layout()->formats()) {
@@ -234,7 +241,7 @@ TEST(ProgramEditor, ColoursCommandWordsVariablesNumbersAndComments)
         }
     }
     EXPECT_EQ(shown, (QStringList{"delay:command", "V2:variable", "500:number", "; wait:comment", "V5:variable",
-                                  "' go:comment"}));
+                                  "' go:comment", "SP:name", "SP:name", ";:comment", "SP:name"}));
 }
 
 TEST(ProgramEditor, TheLineNumberMarginGrowsWithTheDigitsOfTheLineCount)
