@@ -28,6 +28,16 @@ void Form::setCaption(const std::string& caption)
         view_->captionChanged(*this);
 }
 
+void Form::setDocument(const std::string& name, bool modified)
+{
+    if (documentName_ == name && documentModified_ == modified)
+        return;
+    documentName_ = name;
+    documentModified_ = modified;
+    if (view_)
+        view_->captionChanged(*this);
+}
+
 bool Form::load()
 {
     if (loaded_)

@@ -17,6 +17,7 @@ class FormView {
 public:
     virtual ~FormView() = default;
     virtual void controlChanged(Control& control) = 0;
+    // The caption, or the document the window names beside it.
     virtual void captionChanged(Form& form) = 0;
     virtual void focusRequested(Control& control) = 0;
 };
@@ -35,6 +36,12 @@ public:
     const std::string& name() const { return name_; }
     const std::string& caption() const { return caption_; }
     void setCaption(const std::string& caption);
+
+    // The document the window holds, which its view may name beside the caption, and whether it
+    // has changes that are not saved; the caption itself stays as the form sets it.
+    const std::string& documentName() const { return documentName_; }
+    bool documentModified() const { return documentModified_; }
+    void setDocument(const std::string& name, bool modified);
 
     bool loaded() const { return loaded_; }
     // Restores the designed values, marks the form loaded and runs its Load operation.
@@ -91,6 +98,8 @@ private:
     std::string name_;
     std::string caption_;
     std::string designCaption_;
+    std::string documentName_;
+    bool documentModified_ = false;
     bool designCaptured_ = false;
     bool loaded_ = false;
     bool unloading_ = false;

@@ -79,6 +79,8 @@ public:
     // The per-user settings store.
     virtual void saveSetting(const std::string& application, const std::string& section, const std::string& key,
                              const std::string& value) = 0;
+    virtual std::optional<std::string> readSetting(const std::string& application, const std::string& section,
+                                                   const std::string& key) = 0;
 
     // Shows the help viewer for a help file; returns an error description, or nothing.
     virtual std::optional<std::string> showHelp(const std::string& file, int command) = 0;

@@ -148,6 +148,12 @@ void HeadlessPlatform::saveSetting(const std::string&, const std::string& sectio
     settings_[{section, key}] = value;
 }
 
+std::optional<std::string> HeadlessPlatform::readSetting(const std::string&, const std::string& section,
+                                                         const std::string& key)
+{
+    return setting(section, key);
+}
+
 std::optional<std::string> HeadlessPlatform::setting(const std::string& section, const std::string& key) const
 {
     const auto it = settings_.find({section, key});

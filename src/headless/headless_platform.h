@@ -58,6 +58,8 @@ public:
     bool printText(const std::string& heading, const std::string& text) override;
     std::string clipboardText() override { return clipboard_; }
     void setClipboardText(const std::string& text) override { clipboard_ = text; }
+    std::optional<std::string> readSetting(const std::string& application, const std::string& section,
+                                           const std::string& key) override;
     void saveSetting(const std::string& application, const std::string& section, const std::string& key,
                      const std::string& value) override;
     std::optional<std::string> showHelp(const std::string& file, int command) override;

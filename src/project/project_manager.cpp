@@ -41,7 +41,7 @@ FrmProjectManager::FrmProjectManager(Projects& projects)
 {
     DefinitionList.multiLine = true;
     DefinitionList.onChange = [this] {
-        projects_.state.projectChanged = true;
+        projects_.markChanged();
         markDefinedNames();
     };
     for (int n = 1; n <= ProgramCount; ++n)
@@ -66,13 +66,14 @@ bool FrmProjectManager::formUnload()
     }
     state.programWindowMask = 0;
     state.projectOpen = false;
+    projects_.showDocument();
     return true;
 }
 
 void FrmProjectManager::displayProgClick(int n)
 {
     ProjectState& state = projects_.state;
-    state.projectChanged = true;
+    projects_.markChanged();
     const bool ticked = displayProg(n).value() == 1;
     const bool open = projects_.programWindowOpen(n);
     if (ticked && !open)

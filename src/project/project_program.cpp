@@ -31,7 +31,7 @@ FrmProjectProgram::FrmProjectProgram(Projects& projects)
     programText.multiLine = true;
     programText.fontName = "Courier";
     ProgramNumber.locked = true;
-    programText.onChange = [this] { projects_.state.projectChanged = true; };
+    programText.onChange = [this] { projects_.markChanged(); };
     forms::ReplaceTypedTabs(programText, Timer1, replaceTab);
     Toolbar1.onButtonClick = [this](const std::string& key) { toolbarClick(key); };
 }

@@ -75,6 +75,7 @@ void Projects::NewProject()
         state.section(n).clear();
     state.projectOpen = true;
     state.projectChanged = false;
+    showDocument();
     // No control button acts on anything until a window opens.
     for (forms::OptionButton* option : window.SelProg) {
         option->setEnabled(false);
@@ -92,27 +93,49 @@ void Projects::OpenProject()
     }
     const std::optional<std::string> fileName =
             forms::ChooseFile({"Open Marlune Project", ProjectFilter, "*.prj", false, false});
-    if (!fileName || fileName->empty())
+    if (fileName && !fileName->empty())
+        openProjectFile(*fileName);
+}
+
+void Projects::OpenRecent(std::size_t index)
+{
+    if (state.projectOpen) {
+        forms::MsgBox(OpenAlready);
         return;
+    }
+    if (index >= recent.names().size())
+        return;
+    const std::string fileName = recent.names()[index];
+    if (!forms::FileExists(fileName)) {
+        forms::MsgBox("File " + fileName + " does not exist!");
+        recent.forget(fileName);
+        return;
+    }
+    openProjectFile(fileName);
+}
+
+void Projects::openProjectFile(const std::string& fileName)
+{
     std::int32_t display = 0;
     std::int32_t control = 0;
-    if (!HoldsStar(*fileName)) {
-        if (!forms::FileExists(*fileName)) {
-            forms::MsgBox("File " + *fileName + " does not exist!");
+    if (!HoldsStar(fileName)) {
+        if (!forms::FileExists(fileName)) {
+            forms::MsgBox("File " + fileName + " does not exist!");
             return;
         }
         // Read before anything changes: a file that cannot be read opens nothing.
         ProjectState read;
-        if (const std::string failure = ReadProjectFile(*fileName, read, display, control); !failure.empty()) {
+        if (const std::string failure = ReadProjectFile(fileName, read, display, control); !failure.empty()) {
             ShowFailure(failure);
             return;
         }
-        state.projectFile = *fileName;
+        state.projectFile = fileName;
         state.sectionText = std::move(read.sectionText);
+        recent.remember(fileName);
     }
     FrmProjectManager& window = showManager();
     window.DefinitionList.setText(state.section(DefinitionSection));
-    window.ProjName.setText(FilePart(*fileName));
+    window.ProjName.setText(FilePart(fileName));
     state.projectOpen = true;
     for (int n = 1; n <= ProgramCount; ++n) {
         const bool shown = link::BitAnd(display, ProgramBit(n)) != 0;
@@ -127,6 +150,7 @@ void Projects::OpenProject()
     if (link::BitAnd(control, AllProgramsBit) != 0)
         window.SelProgAll.setValue(true);
     state.projectChanged = false;
+    showDocument();
 }
 
 void Projects::SaveProject()
@@ -182,6 +206,8 @@ void Projects::SaveProjectToFile(const std::string& fileName)
     window.ProjName.setText(FilePart(fileName));
     state.projectFile = fileName;
     state.projectChanged = false;
+    recent.remember(fileName);
+    showDocument();
 }
 
 void Projects::CloseProject()
@@ -197,6 +223,7 @@ void Projects::CloseProject()
     state.projectOpen = false;
     state.projectFile.clear();
     state.projectChanged = false;
+    showDocument();
 }
 
 void Projects::Print()
@@ -240,6 +267,20 @@ void Projects::tile(forms::Arrangement arrangement)
     forms::Platform& platform = forms::CurrentPlatform();
     platform.arrange(arrangement);
     platform.activate(window);
+}
+
+void Projects::markChanged()
+{
+    state.projectChanged = true;
+    showDocument();
+}
+
+void Projects::showDocument()
+{
+    if (!state.projectOpen)
+        frame_.setDocument({}, false);
+    else
+        frame_.setDocument(state.projectFile.empty() ? "Untitled" : FilePart(state.projectFile), state.projectChanged);
 }
 
 bool Projects::closeForShutDown() { return !state.projectOpen || manager().unload(); }

@@ -7,6 +7,7 @@
 
 #include "forms/platform.h"
 #include "project/project_state.h"
+#include "project/recent_projects.h"
 
 namespace marlune::forms {
 class Form;
@@ -36,6 +37,7 @@ public:
     Projects& operator=(const Projects&) = delete;
 
     ProjectState state;
+    RecentProjects recent;
 
     forms::Form& frame() const { return frame_; }
     // Made at first use and loaded anew for each project.
@@ -49,6 +51,9 @@ public:
 
     void NewProject();
     void OpenProject();
+    // Opens the project at `index` of the recent list as OpenProject opens a chosen file; one that
+    // is gone leaves the list.
+    void OpenRecent(std::size_t index);
     void SaveProject();
     void SaveAsproject();
     void SaveProjectToFile(const std::string& fileName);
@@ -64,11 +69,17 @@ public:
     void TileVertical();
     void TileHorizontal();
 
+    // Every change of the project goes through here, so that the frame can show it.
+    void markChanged();
+    // The frame's title names the open project and whether it has changed since it was saved.
+    void showDocument();
+
     // The frame's shut-down asks the manager's question: true when no project stands or it closed.
     bool closeForShutDown();
 
 private:
     FrmProjectManager& showManager();
+    void openProjectFile(const std::string& fileName);
     void tile(forms::Arrangement arrangement);
 
     forms::Form& frame_;

@@ -439,9 +439,15 @@ void FormBinder::controlChanged(forms::Control& control)
 
 void FormBinder::captionChanged(forms::Form& form)
 {
-    const QString title = ShownText(form.caption());
+    // A document's name comes first, as desktops list their windows, with Qt's place for the mark
+    // of unsaved changes.
+    QString title = ShownText(form.caption());
+    if (!form.documentName().empty())
+        title = ShownText(form.documentName()) + QStringLiteral("[*] - ") + title;
     if (root_.windowTitle() != title)
         root_.setWindowTitle(title);
+    if (root_.isWindowModified() != form.documentModified())
+        root_.setWindowModified(form.documentModified());
 }
 
 void FormBinder::focusRequested(forms::Control& control)

@@ -344,10 +344,18 @@ void QtPlatform::saveSetting(const std::string& application, const std::string& 
 {
     // ~/.config/Marlune/<application>.conf on Linux, the registry on Windows.
     QSettings settings(QStringLiteral("Marlune"), ShownText(application));
-    settings.beginGroup(ShownText(section));
-    settings.setValue(ShownText(key), ShownText(value));
-    settings.endGroup();
+    settings.setValue(ShownText(section) + '/' + ShownText(key), ShownText(value));
     settings.sync();
+}
+
+std::optional<std::string> QtPlatform::readSetting(const std::string& application, const std::string& section,
+                                                   const std::string& key)
+{
+    const QVariant value = QSettings(QStringLiteral("Marlune"), ShownText(application))
+                                   .value(ShownText(section) + '/' + ShownText(key));
+    if (!value.isValid())
+        return std::nullopt;
+    return ModelText(value.toString());
 }
 
 std::optional<std::string> QtPlatform::showHelp(const std::string& file, int command)

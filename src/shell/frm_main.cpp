@@ -23,6 +23,17 @@ std::vector<forms::ToolButton> ToolButtons()
     return buttons;
 }
 
+std::string RecentItem(std::size_t index) { return "mnuFileRecent" + std::to_string(index + 1); }
+
+// A menu caption with the place's number as its access key; an "&" of the name stays a character.
+std::string RecentCaption(std::size_t index, const std::string& name)
+{
+    std::string caption = "&" + std::to_string(index + 1) + " ";
+    for (const char c : name)
+        caption += c == '&' ? "&&" : std::string(1, c);
+    return caption;
+}
+
 } // namespace
 
 FrmMain::FrmMain(Program& program)
@@ -50,6 +61,8 @@ void FrmMain::connectMenus()
     menuItem("SaveAsproject")->onClick = [this] { program_.projects().SaveAsproject(); };
     menuItem("CloseProject")->onClick = [this] { program_.projects().CloseProject(); };
     menuItem("mnuFilePrint")->onClick = [this] { program_.projects().Print(); };
+    for (std::size_t i = 0; i < project::RecentProjects::Count; ++i)
+        menuItem(RecentItem(i))->onClick = [this, i] { program_.projects().OpenRecent(i); };
     menuItem("mnuToolsmnuControl")->onClick = [this] { forms::ShowModal(program_.mainControl(), this); };
     menuItem("mnuToolsTerminal")->onClick = [this] { forms::ShowModal(program_.terminal(), this); };
     menuItem("Store")->onClick = [] { transfer::Store(); };
@@ -86,6 +99,25 @@ void FrmMain::editProgramText(EditCommand command)
     platform.setClipboardText(text.selText());
     if (command == EditCommand::Cut)
         text.setSelText({});
+}
+
+void FrmMain::formLoad()
+{
+    project::RecentProjects& recent = program_.projects().recent;
+    recent.onChange = [this] { showRecentProjects(); };
+    recent.read();
+}
+
+void FrmMain::showRecentProjects()
+{
+    const std::vector<std::string>& names = program_.projects().recent.names();
+    for (std::size_t i = 0; i < project::RecentProjects::Count; ++i) {
+        forms::MenuItem& item = *menuItem(RecentItem(i));
+        item.setVisible(i < names.size());
+        if (i < names.size())
+            item.setCaption(RecentCaption(i, names[i]));
+    }
+    menuItem("mnuFileBar5")->setVisible(!names.empty());
 }
 
 void FrmMain::formResize() { program_.projects().TileVertical(); }

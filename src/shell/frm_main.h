@@ -23,6 +23,7 @@ public:
     forms::MenuItem* menuItem(std::string_view name) const { return find<forms::MenuItem>(name); }
 
 protected:
+    void formLoad() override;
     bool formUnload() override;
     void formResize() override;
 
@@ -32,6 +33,8 @@ private:
     void buildMenus();
     void editProgramText(EditCommand command);
     void connectMenus();
+    // The File menu lists the recent projects above Exit, and hides the places it does not need.
+    void showRecentProjects();
     void toolButtonClicked(const std::string& key);
     void runMenu(std::string_view name);
 

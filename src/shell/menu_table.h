@@ -23,7 +23,7 @@ struct ToolPlace {
 };
 
 // clang-format off
-inline constexpr std::array<MenuEntry, 41> kMenuTable = {{
+inline constexpr std::array<MenuEntry, 46> kMenuTable = {{
     {"mnuFile", "", "&File", ""},
     {"UploadProject", "mnuFile", "Upload Project", ""},
     {"NewProject", "mnuFile", "New Project", ""},
@@ -35,6 +35,11 @@ inline constexpr std::array<MenuEntry, 41> kMenuTable = {{
     {"mnuFileBar4", "mnuFile", "-", ""},
     {"mnuFilePrint", "mnuFile", "&Print...", ""},
     {"mnuFileBar2", "mnuFile", "-", ""},
+    {"mnuFileRecent1", "mnuFile", "", ""},
+    {"mnuFileRecent2", "mnuFile", "", ""},
+    {"mnuFileRecent3", "mnuFile", "", ""},
+    {"mnuFileRecent4", "mnuFile", "", ""},
+    {"mnuFileBar5", "mnuFile", "-", ""},
     {"mnuFileExit", "mnuFile", "E&xit", ""},
     {"mnuEdit", "", "&Edit", ""},
     {"mnuEditCut", "mnuEdit", "Cu&t", "Ctrl+X"},

@@ -203,7 +203,8 @@ TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
 }
 
 // The manager and a program side by side, as the operator sees them; a Tab typed in the editor
-// reaches the model as a typed tab, and the definitions reach the editor as names to mark.
+// reaches the model as a typed tab, the definitions reach the editor as names to mark, and the
+// frame's title names the changed project.
 TEST_F(Frame, TheProjectWindowsStandSideBySideATypedTabReachesTheModelAndDefinitionsTheEditor)
 {
     frame->resize(1000, 560);
@@ -219,6 +220,8 @@ TEST_F(Frame, TheProjectWindowsStandSideBySideATypedTabReachesTheModelAndDefinit
     Key(editor, Qt::Key_Tab, "\t");
     EXPECT_EQ(window.replaceTab, 1);
     EXPECT_EQ(editor->property(kMarkedWords).toStringList(), (QStringList{"COUNT", "FAR"}));
+    EXPECT_EQ(frame->windowTitle(), QStringLiteral("Untitled[*] - MarluneDesk"));
+    EXPECT_TRUE(frame->isWindowModified());
     Settle();
     EXPECT_TRUE(SaveScreenshot(*frame, "ProjectWindows.png"));
 }

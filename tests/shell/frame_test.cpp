@@ -3,6 +3,8 @@
 #include <set>
 
 #include "headless_fixture.h"
+#include "project/project_manager.h"
+#include "project/projects.h"
 #include "shell/frm_main.h"
 #include "shell/program.h"
 
@@ -26,7 +28,7 @@ TEST_F(Frame, EveryMenuEntryHangsOnAMenuThatStandsBeforeIt)
         EXPECT_TRUE(item->parent().empty() || seen.count(item->parent())) << item->name();
         EXPECT_TRUE(seen.insert(item->name()).second) << "twice: " << item->name();
     }
-    EXPECT_EQ(entries, 41);
+    EXPECT_EQ(entries, 46);
 }
 
 TEST_F(Frame, AToolBarKeyIsComparedExactly)
@@ -58,6 +60,38 @@ TEST_F(Frame, ShutDownWritesThePlaceInTwipsUnlessMinimised)
     EXPECT_EQ(platform.setting("Settings", "MainTop"), "300");
     EXPECT_EQ(platform.setting("Settings", "MainWidth"), "12000");
     EXPECT_EQ(platform.setting("Settings", "MainHeight"), "9000");
+}
+
+// The list of the last run comes back at start, each name once, and its empty places stay hidden;
+// the frame's title follows the open project.
+TEST_F(Frame, TheRecentProjectsOfTheStoreComeBackAtStartAndTheTitleFollowsTheProject)
+{
+    for (const auto& [key, name] : {std::pair{"File1", "b.prj"}, {"File2", ""}, {"File3", "b.prj"}, {"File4", "c.prj"}})
+        platform.saveSetting("Marlune Desk", "Recent Projects", key, name);
+    program.Main();
+    FrmMain& frame = program.frame();
+    std::vector<std::string> shown;
+    for (const char* name : {"mnuFileRecent1", "mnuFileRecent2", "mnuFileRecent3", "mnuFileBar5"})
+        shown.push_back(frame.menuItem(name)->visible() ? frame.menuItem(name)->caption() : "hidden");
+    EXPECT_EQ(shown, (std::vector<std::string>{"&1 b.prj", "&2 c.prj", "hidden", "-"}));
+
+    std::vector<std::string> titles;
+    const auto title = [&] { titles.push_back(frame.documentName() + (frame.documentModified() ? "*" : "")); };
+    project::Projects& projects = program.projects();
+    projects.NewProject();
+    title();
+    projects.manager().DefinitionList.setText("A=1");
+    title();
+    platform.queueFileDialog({forms::FileDialogResult::Outcome::Chosen, "dir/a.prj", {}});
+    std::filesystem::create_directory("dir");
+    projects.SaveAsproject();
+    title();
+    projects.manager().displayProg(1).operatorClick();
+    title();
+    platform.queueAnswer(forms::MessageAnswer::Yes);
+    projects.manager().unload();
+    title();
+    EXPECT_EQ(titles, (std::vector<std::string>{"Untitled", "Untitled*", "a.prj", "a.prj*", ""}));
 }
 
 } // namespace
