@@ -3,6 +3,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <algorithm>
+
 #include "qt/shown_text.h"
 
 namespace marlune::qt {
@@ -34,13 +36,22 @@ void ShowInPlain(const forms::TextBox& box, QPlainTextEdit& text, const QString&
     }
     const QString current = text.toPlainText();
     if (current != shown) {
-        if (!current.isEmpty() && shown.startsWith(current)) {
-            // A log that grows at its end: only the new part is laid out.
-            QTextCursor cursor(text.document());
-            cursor.movePosition(QTextCursor::End);
-            cursor.insertText(shown.mid(current.size()));
-        } else {
+        // Only the stretch that differs is replaced: a key typed into a long program, or a log
+        // that grows at its end, lays out and colours that stretch alone.
+        const qsizetype most = std::min(current.size(), shown.size());
+        qsizetype prefix = 0;
+        while (prefix < most && current[prefix] == shown[prefix])
+            ++prefix;
+        qsizetype suffix = 0;
+        while (suffix < most - prefix && current[current.size() - 1 - suffix] == shown[shown.size() - 1 - suffix])
+            ++suffix;
+        if (prefix == 0 && suffix == 0) {
             text.setPlainText(shown);
+        } else {
+            QTextCursor cursor(text.document());
+            cursor.setPosition(static_cast<int>(prefix));
+            cursor.setPosition(static_cast<int>(current.size() - suffix), QTextCursor::KeepAnchor);
+            cursor.insertText(shown.mid(prefix, shown.size() - prefix - suffix));
         }
     }
     const TextSelection now = WidgetSelection(text);

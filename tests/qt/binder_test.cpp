@@ -104,7 +104,8 @@ TEST_F(Binder, ShowsTheModelAtFirstAndFollowsItsChangesOnly)
     form.setFocus(form.Name);
     EXPECT_EQ(root.focusWidget(), name);
 
-    // A notice without a new value leaves the widget alone; a growing log gets only its new line.
+    // A notice without a new value leaves the widget alone; a growing log gets only its new line,
+    // a key typed inside only its character, and only a text with nothing kept is laid out anew.
     form.Log.setText("line 1\r\nline 2\r\n");
     log->document()->firstBlock().setUserState(7); // gone when the whole text is laid out anew
     binder.controlChanged(form.Log);
@@ -113,6 +114,13 @@ TEST_F(Binder, ShowsTheModelAtFirstAndFollowsItsChangesOnly)
     form.Log.setText(form.Log.text() + "line 3\r\n");
     EXPECT_EQ(log->toPlainText(), "line 1\nline 2\nline 3\n");
     EXPECT_EQ(log->document()->firstBlock().userState(), 7);
+    form.Log.setSelStart(12);
+    form.Log.setSelText("\r\n");
+    EXPECT_EQ(log->toPlainText(), "line 1\nline\n 2\nline 3\n");
+    EXPECT_EQ(log->textCursor().position(), 12);
+    EXPECT_EQ(log->document()->firstBlock().userState(), 7);
+    form.Log.setText("other");
+    EXPECT_EQ(log->document()->firstBlock().userState(), -1);
 }
 
 TEST_F(Binder, KeysRunTheModelsKeyEventsAndEnterPressesTheDefaultButton)
