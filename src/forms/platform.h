@@ -27,6 +27,7 @@ struct FileDialogRequest {
     std::string initialName;  // preset in the name box
     bool save = true;         // the save dialog, else the open dialog
     bool askToReplace = true; // a save dialog asks before it names a file that is there
+    std::string extension;    // added by a save dialog to a typed name without one; none when empty
 };
 
 // A file dialog either returns a name, or the operator cancelled, or it failed.

@@ -92,7 +92,7 @@ void Projects::OpenProject()
         return;
     }
     const std::optional<std::string> fileName =
-            forms::ChooseFile({"Open Marlune Project", ProjectFilter, "*.prj", false, false});
+            forms::ChooseFile({"Open Marlune Project", ProjectFilter, "*.prj", false, false, ""});
     if (fileName && !fileName->empty())
         openProjectFile(*fileName);
 }
@@ -177,7 +177,7 @@ void Projects::SaveAsproject()
         return;
     }
     const std::optional<std::string> fileName =
-            forms::ChooseFile({"Save Marlune Project As", ProjectFilter, "", true, false});
+            forms::ChooseFile({"Save Marlune Project As", ProjectFilter, "", true, false, "prj"});
     if (!fileName)
         return;
     if (fileName->empty()) {

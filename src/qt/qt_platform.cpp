@@ -283,6 +283,7 @@ forms::FileDialogResult QtPlatform::fileDialog(const forms::FileDialogRequest& r
     dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.askToReplace);
+    dialog.setDefaultSuffix(ShownText(request.extension));
     if (const QStringList filters = QtNameFilters(request.filter); !filters.isEmpty())
         dialog.setNameFilters(filters);
     if (!request.initialName.empty())

@@ -21,7 +21,7 @@ constexpr const char* kStoreTitle = "STORE MARLUNE DATA";
 // restore, though chosen in a save dialog, reads the file.
 std::optional<std::string> ChooseDataFile(const std::string& title, bool save, bool replaces)
 {
-    std::optional<std::string> chosen = forms::ChooseFile({title, kDataFileFilter, kPresetName, save, replaces});
+    std::optional<std::string> chosen = forms::ChooseFile({title, kDataFileFilter, kPresetName, save, replaces, ""});
     if (!chosen || chosen->empty() || chosen->find('*') != std::string::npos)
         return std::nullopt;
     return chosen;

@@ -364,9 +364,10 @@ TEST_F(PlatformTest, FileAndPrintDialogsAnswerFromTheirQueues)
     platform.queueFileDialog({forms::FileDialogResult::Outcome::Cancelled, {}, {}});
     platform.queuePrintDialog({forms::PrintDialogResult::Outcome::Cancelled, {}});
     forms::Platform& p = platform;
-    EXPECT_EQ(p.fileDialog({"Save", "*.dat", "", true, true}).fileName, "a.dat");
-    EXPECT_EQ(p.fileDialog({"Open", "*.dat", "", false, false}).outcome, forms::FileDialogResult::Outcome::Cancelled);
-    EXPECT_THROW(p.fileDialog({"Again", "", "", false, false}), UnansweredDialog);
+    EXPECT_EQ(p.fileDialog({"Save", "*.dat", "", true, true, ""}).fileName, "a.dat");
+    EXPECT_EQ(p.fileDialog({"Open", "*.dat", "", false, false, ""}).outcome,
+              forms::FileDialogResult::Outcome::Cancelled);
+    EXPECT_THROW(p.fileDialog({"Again", "", "", false, false, ""}), UnansweredDialog);
     EXPECT_EQ(platform.fileDialogs().size(), 3u);
     EXPECT_EQ(p.printDialog("Print").outcome, forms::PrintDialogResult::Outcome::Cancelled);
     EXPECT_THROW(p.printDialog("Print"), UnansweredDialog);

@@ -62,7 +62,7 @@ TEST(Platform, MessageBoxesShowTitleTextIconAndButtonsAndReturnTheAnswer)
 
 // A store asks before it replaces a data file; a restore, chosen in a save dialog too, takes the
 // file that is there without a question.
-TEST(Platform, FileDialogsShowTitleAndFilterAndAskToReplaceOnlyWhenTold)
+TEST(Platform, FileDialogsShowTitleAndFilterAskToReplaceOnlyWhenToldAndAddTheirExtension)
 {
     QtDesk desk;
     const QString there = QDir::temp().filePath(QStringLiteral("marlune-platform-test.dat"));
@@ -77,11 +77,12 @@ TEST(Platform, FileDialogsShowTitleAndFilterAndAskToReplaceOnlyWhenTold)
             title = dialog->windowTitle();
             filters = dialog->nameFilters();
             asks = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
-            dialog->selectFile(there);
+            // The name as typed, without its extension.
+            dialog->selectFile(there.chopped(4));
             asks ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
         });
         const forms::FileDialogResult result = desk.platform.fileDialog(
-                {"Restore Marlune Data", "Marlune Program Files (*.dat)|*.dat", "*.dat", true, askToReplace});
+                {"Restore Marlune Data", "Marlune Program Files (*.dat)|*.dat", "*.dat", true, askToReplace, "dat"});
         EXPECT_EQ(title, "Restore Marlune Data");
         EXPECT_EQ(filters, QStringList{"Marlune Program Files (*.dat)"});
         EXPECT_EQ(asks, askToReplace);
