@@ -1,5 +1,7 @@
 #include "qt/printout.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
@@ -25,6 +27,15 @@ std::unique_ptr<QTextDocument> Printout(const QString& heading, const QString& t
     cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
     cursor.insertText(text);
     return document;
+}
+
+QString JobFileName(const QString& chosen, int job)
+{
+    if (job <= 1)
+        return chosen;
+    const QFileInfo file(chosen);
+    const QString numbered = file.completeBaseName() + '-' + QString::number(job);
+    return file.dir().filePath(file.suffix().isEmpty() ? numbered : numbered + '.' + file.suffix());
 }
 
 } // namespace marlune::qt

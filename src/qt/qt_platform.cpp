@@ -312,6 +312,8 @@ QPrinter& QtPlatform::printer()
 forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
 {
     using Outcome = forms::PrintDialogResult::Outcome;
+    if (!printFile_.isEmpty())
+        printer().setOutputFileName(printFile_);
     QPrintDialog dialog(&printer(), dialogParent());
     dialog.setWindowTitle(ShownText(title));
     // Every job prints its whole text: there are no pages to pick.
@@ -320,11 +322,16 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
         return {Outcome::Cancelled, {}};
     if (!printer().isValid())
         return {Outcome::Failed, "No printer is available."};
+    printFile_ = printer().outputFileName();
+    jobsPrinted_ = 0;
     return {Outcome::Chosen, {}};
 }
 
 bool QtPlatform::printText(const std::string& heading, const std::string& text)
 {
+    ++jobsPrinted_;
+    if (!printFile_.isEmpty())
+        printer().setOutputFileName(JobFileName(printFile_, jobsPrinted_));
     Printout(ShownText(heading), ShownText(text, true))->print(&printer());
     return printer().printerState() != QPrinter::Error;
 }

@@ -81,6 +81,9 @@ private:
     forms::Form* frameForm_ = nullptr;
     QPointer<MdiFrame> frame_;
     std::unique_ptr<QPrinter> printer_;
+    // The file that the print dialog chose, if it prints to one, and the jobs printed since.
+    QString printFile_;
+    int jobsPrinted_ = 0;
     QPointer<HelpBrowser> help_;
 };
 

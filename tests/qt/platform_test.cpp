@@ -134,7 +134,7 @@ TEST(FileFilter, PairsOfDescriptionAndPatternsBecomeQtFilters)
     EXPECT_TRUE(QtNameFilters("").isEmpty());
 }
 
-TEST(Printout, TheHeadingStandsBoldAboveTheTextLineForLineInAFixedPitchFontAndPrintsToPdf)
+TEST(Printout, TheHeadingStandsBoldAboveTheTextLineForLineInAFixedPitchFontAndEachJobIsAPdfOfItsOwn)
 {
     const auto document = Printout(QStringLiteral("Marlune Motion Program 1"), QStringLiteral("X1\n  Y2"));
     QStringList lines;
@@ -153,6 +153,9 @@ TEST(Printout, TheHeadingStandsBoldAboveTheTextLineForLineInAFixedPitchFontAndPr
     QFile pdf(printer.outputFileName());
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(pdf.read(5) == "%PDF-");
+    EXPECT_EQ((QStringList{JobFileName("/out/print.pdf", 1), JobFileName("/out/print.pdf", 3),
+                           JobFileName("/out/v1.2/print", 2)}),
+              (QStringList{"/out/print.pdf", "/out/print-3.pdf", "/out/v1.2/print-2"}));
 }
 
 TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)
