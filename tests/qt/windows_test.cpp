@@ -3,6 +3,7 @@
 // every .ui layout matches its form one to one; the motion panel repaints only what changed;
 // the transfer dialog's bar moves under the desktop's own 1 ms timer and the comparison shows
 // its differences as rows; the program editor colours the language and numbers its lines.
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -35,6 +36,7 @@
 #include "qt/program_highlighter.h"
 #include "qt/shown_text.h"
 #include "qt_test_support.h"
+#include "shell/frm_about.h"
 #include "shell/frm_main.h"
 #include "tools/terminal.h"
 #include "transfer/compare_memory.h"
@@ -277,6 +279,47 @@ TEST_F(Frame, HelpShowsTheLanguageManual)
     help->close();
 }
 
+// Every control of the window lies inside it, and no two that are not frames overlap.
+void ExpectTidy(QWidget& window)
+{
+    std::vector<std::pair<QString, QRect>> placed;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (!ShowsAControl(*widget) || !widget->isVisible())
+            continue;
+        const QRect rect(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+        EXPECT_TRUE(window.rect().contains(rect)) << widget->objectName().toStdString() << " is cut off";
+        if (qobject_cast<QGroupBox*>(widget))
+            continue;
+        for (const auto& [name, other] : placed)
+            EXPECT_FALSE(rect.intersects(other))
+                    << widget->objectName().toStdString() << " covers " << name.toStdString();
+        placed.emplace_back(widget->objectName(), rect);
+    }
+}
+
+// The setup dialogs open modally from their menu items, tidy at their designed size; About closes on Escape.
+TEST_F(Frame, TheSetupDialogsAndAboutOpenTidyFromTheirMenus)
+{
+    desk.com.setDefaultReply("5592405");
+    for (const char* menu :
+         {"mnuSetup", "mnuSetupJoystick", "mnuSetupEncoderControl", "mnuSetupCommunication", "mnuHelpAbout"}) {
+        SCOPED_TRACE(menu);
+        QTimer::singleShot(0, [&] {
+            QWidget* window = QApplication::activeModalWidget();
+            ASSERT_NE(window, nullptr);
+            Settle();
+            ExpectTidy(*window);
+            EXPECT_TRUE(SaveScreenshot(*window, (window->objectName() + ".png").toLatin1().constData()));
+            Key(window, Qt::Key_Escape);
+            if (window->isVisible())
+                window->close();
+        });
+        frame->menuBar()->findChild<QAction*>(QString::fromLatin1(menu))->trigger();
+    }
+    EXPECT_FALSE(program.about().loaded());
+    EXPECT_EQ(desk.platform.window(program.about()), nullptr);
+}
+
 using Layouts = DeskTest;
 using PanelWindow = DeskTest;
 using TransferWindows = DeskTest;
@@ -290,6 +333,12 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.compareMemory();
     program.projects().manager();
     program.projects().makeProgramWindow(1);
+    program.setup();
+    program.setupJoystick();
+    program.setupEncoderControl();
+    program.comSetup();
+    program.devSerListSel();
+    program.about();
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
         // A family of windows is found by its first member.
