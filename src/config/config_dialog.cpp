@@ -6,6 +6,7 @@
 #include "forms/platform.h"
 #include "link/command_exchange.h"
 #include "link/controller_link.h"
+#include "link/controller_variables.h"
 #include "link/open_link.h"
 
 namespace marlune::config {
@@ -83,6 +84,12 @@ bool ConfigDialog::numbersAreWhole()
         }
     }
     return true;
+}
+
+bool ConfigDialog::ReadSharedWord(std::int32_t& i2)
+{
+    i2 = link::GetVar(2);
+    return link::Link().connected;
 }
 
 std::int32_t ConfigDialog::Number(const forms::TextBox& box) { return forms::ToInt32(box.text()).value_or(0); }

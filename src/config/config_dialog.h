@@ -45,6 +45,9 @@ protected:
     WriteEnd writeController(bool secondEthernetAttempt, const std::function<bool()>& readCarried,
                              const std::function<void()>& write);
 
+    // Reads I2, whose bits the Setup and encoder dialogs share, before a write; false when it failed.
+    static bool ReadSharedWord(std::int32_t& i2);
+
     // The value of a number field, once the write has checked it.
     static std::int32_t Number(const forms::TextBox& box);
 

@@ -2,7 +2,6 @@
 
 #include "config/setup_map.h"
 #include "link/command_exchange.h"
-#include "link/controller_link.h"
 #include "link/controller_variables.h"
 
 namespace marlune::config {
@@ -51,10 +50,7 @@ void Setup::formLoad()
 ConfigDialog::WriteEnd Setup::downloadSetup()
 {
     std::int32_t controllerI2 = 0;
-    const auto readCarried = [&controllerI2] {
-        controllerI2 = link::GetVar(2);
-        return link::Link().connected;
-    };
+    const auto readCarried = [&controllerI2] { return ReadSharedWord(controllerI2); };
     return writeController(false, readCarried, [this, &controllerI2] {
         for (const SetupWord& word : SetupWords()) {
             const std::int32_t boxes = PackBits(word.bits, *this);

@@ -3,7 +3,6 @@
 #include "config/encoder_map.h"
 #include "forms/platform.h"
 #include "link/command_exchange.h"
-#include "link/controller_link.h"
 #include "link/controller_variables.h"
 
 namespace marlune::config {
@@ -85,10 +84,7 @@ void SetupEncoderControl::formLoad()
 ConfigDialog::WriteEnd SetupEncoderControl::downloadEncoderSetup()
 {
     std::int32_t controllerI2 = 0;
-    const auto readCarried = [&controllerI2] {
-        controllerI2 = link::GetVar(2);
-        return link::Link().connected;
-    };
+    const auto readCarried = [&controllerI2] { return ReadSharedWord(controllerI2); };
     return writeController(true, readCarried, [this, &controllerI2] {
         for (std::size_t i = 0; i < settings().size(); ++i) {
             std::string command = kCorrectionSettings[i] + settings()[i]->text();

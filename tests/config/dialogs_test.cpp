@@ -1,4 +1,4 @@
-// Every box of each word a setup dialog reads, all bits set and alternating, named as the tables do.
+// Every box of the words the setup dialogs read; a bad number's focus; Help without a manual.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +8,8 @@
 #include "config/setup_encoder_control.h"
 #include "config/setup_joystick.h"
 #include "headless_fixture.h"
+#include "shell/frm_main.h"
+#include "shell/program.h"
 
 namespace marlune::config {
 namespace {
@@ -45,7 +47,6 @@ struct WordRead {
 
 void PrintTo(const WordRead& read, std::ostream* out) { *out << read.form << " " << read.request << "=" << read.reply; }
 
-// Multiplication x1 of every axis, which an I11 of 0 shows.
 const std::string kTimesOne = "MultX1 MultY1 MultZ1 MultU1 ";
 const std::string kEncoderX = "JoyInputEncX JoyInputEncSelX=X JoyInputEncY JoyInputEncSelY=X JoyInputEncZ "
                               "JoyInputEncSelZ=X JoyInputEncU JoyInputEncSelU=X ";
@@ -60,9 +61,7 @@ const WordRead kReads[] = {
          "HomePolX HomePolY HomePolZ HomePolU LimitSwPol Filter InPosX InPosY InPosZ InPosU AlarmX AlarmY AlarmZ "
          "AlarmU EnableDecel "},
         {"Setup", "I2", "5592405", "HomePolX HomePolZ LimitSwPol InPosX InPosZ AlarmX AlarmZ EnableDecel "},
-        {"Setup", "I12", "16777215", Numbered("DIOC", 1, 1)},
         {"Setup", "I12", "5592405", Numbered("DIOC", 1, 2)},
-        {"Setup", "I13", "16777215", Numbered("DO", 1, 1)},
         {"Setup", "I13", "11184810", Numbered("DO", 2, 2)},
         {"SetupJoystick", "I22", "16777215",
          "JoyEnableX JoyEnableY JoyEnableZ JoyEnableU JoyEnableSlimX JoyEnableSlimY JoyEnableSlimZ JoyEnableSlimU "
@@ -79,11 +78,9 @@ const WordRead kReads[] = {
         {"SetupEncoderControl", "I2", "16777215",
          "AttempNumber=15 EncEnableX EncEnableY EncEnableZ EncEnableU " + kTimesOne},
         {"SetupEncoderControl", "I2", "5592405", "AttempNumber=5 EncEnableX EncEnableZ " + kTimesOne},
-        {"SetupEncoderControl", "I3", "16777215", "EncRatioX=4095 PulseRatioX=4095 " + kTimesOne},
         {"SetupEncoderControl", "I7", "5592405", "TolRangeX=1365 TolRangeY=1365 " + kTimesOne},
         // A field of 3 shows the factor 1.
         {"SetupEncoderControl", "I11", "228", "MultX1 MultY2 MultZ4 MultU1 "},
-        {"SetupEncoderControl", "I11", "85", "MultX2 MultY2 MultZ2 MultU2 "},
 };
 
 class ReadIntoBoxes : public testing::HeadlessFixture, public ::testing::WithParamInterface<WordRead> {};
@@ -106,6 +103,27 @@ TEST_P(ReadIntoBoxes, EveryBoxOfTheWordShowsItsBit)
 }
 
 INSTANTIATE_TEST_SUITE_P(Words, ReadIntoBoxes, ::testing::ValuesIn(kReads));
+
+using Dialogs = testing::HeadlessFixture;
+
+TEST_F(Dialogs, ABadNumberTakesTheFocusAndHelpWithoutAManualSaysSo)
+{
+    controller.setDefaultReply("0");
+    SetupJoystick joystick;
+    ASSERT_TRUE(joystick.load());
+    forms::TextBox& zeroRange = *joystick.find<forms::TextBox>("JoyZeroRangeY");
+    zeroRange.setText("x");
+    joystick.OK.operatorClick();
+    EXPECT_EQ(joystick.focused(), &zeroRange);
+    shell::Program program;
+    program.helpFile.clear();
+    program.frame().menuItem("mnuHelpContents")->onClick();
+    ASSERT_EQ(platform.messages().size(), 2u);
+    const forms::MessageRequest& shown = platform.messages().back().request;
+    EXPECT_EQ(shown.text, "Unable to display Help Contents. There is no Help associated with this project.");
+    EXPECT_EQ(shown.title, "MarluneDesk");
+    EXPECT_EQ(shown.icon, forms::MessageIcon::Information);
+}
 
 } // namespace
 } // namespace marlune::config
