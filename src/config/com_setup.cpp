@@ -1,9 +1,5 @@
 #include "config/com_setup.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-
 #include "forms/platform.h"
 #include "link/command_exchange.h"
 #include "link/controller_link.h"
@@ -17,26 +13,6 @@ namespace {
 constexpr const char* kSearchTitle = "Search Virtual Comport";
 constexpr int kSearchedPorts = 10;
 constexpr std::int32_t kSerialKind = 3;
-
-// Opens the port on kind 3 with its name in an address buffer; the name the library left there.
-std::int32_t OpenPort(std::string& name)
-{
-    std::array<char, link::kAddressBufferSize> address{};
-    std::memcpy(address.data(), name.data(), std::min(name.size(), address.size() - 1));
-    const std::int32_t handle = link::Com().open(kSerialKind, 0, address.data());
-    address.back() = '\0';
-    name = address.data();
-    return handle;
-}
-
-std::string KindName(std::int16_t kind)
-{
-    switch (kind) {
-    case 1: return "USB 1.1";
-    case 2: return "Ethernet";
-    default: return "USB 2.0 VCP";
-    }
-}
 
 } // namespace
 
@@ -102,7 +78,7 @@ void ComSetup::searchCom()
     link::ControllerLink& link = link::Link();
     for (int n = 1; n <= kSearchedPorts; ++n) {
         std::string name = "COM" + std::to_string(n);
-        link.linkHandle = OpenPort(name);
+        link.linkHandle = link::OpenWithAddress(kSerialKind, 0, name);
         if (link.linkHandle > 0) {
             link::Com().close(kSerialKind, link.linkHandle);
             SerialComNumber.setText(name);
@@ -123,7 +99,8 @@ void ComSetup::test()
     link.ipAddress = IPAddress.text();
     link.comPort = SerialComNumber.text();
     link.linkAddress = link::LinkAddressFor(link.linkKind, link.ipAddress, link.comPort);
-    const std::string where = KindName(link.linkKind)
+    const forms::OptionButton& chosen = SelUSB.value() ? SelUSB : SelEthernet.value() ? SelEthernet : SelSerial;
+    const std::string where = chosen.caption()
                               + (link.linkKind == 2   ? " at " + link.ipAddress
                                  : link.linkKind == 3 ? " on " + link.comPort
                                                       : std::string());

@@ -106,15 +106,21 @@ INSTANTIATE_TEST_SUITE_P(Words, ReadIntoBoxes, ::testing::ValuesIn(kReads));
 
 using Dialogs = testing::HeadlessFixture;
 
-TEST_F(Dialogs, ABadNumberTakesTheFocusAndHelpWithoutAManualSaysSo)
+TEST_F(Dialogs, TheFirstBadNumberOfTheWriteIsNamedAndFocusedNothingIsSentAndHelpWithoutAManualSaysSo)
 {
     controller.setDefaultReply("0");
     SetupJoystick joystick;
     ASSERT_TRUE(joystick.load());
+    const std::size_t sent = frames().size();
+    joystick.find<forms::TextBox>("PosOuterSlimX")->setText("3000000000");
     forms::TextBox& zeroRange = *joystick.find<forms::TextBox>("JoyZeroRangeY");
-    zeroRange.setText("x");
+    zeroRange.setText("12a");
     joystick.OK.operatorClick();
+    EXPECT_EQ(messages(), std::vector<std::string>{"Zero Range Y: \"12a\" is not a number. Enter a whole number from "
+                                                   "-2147483648 to 2147483647."});
     EXPECT_EQ(joystick.focused(), &zeroRange);
+    EXPECT_EQ(frames().size(), sent);
+    EXPECT_TRUE(joystick.loaded());
     shell::Program program;
     program.helpFile.clear();
     program.frame().menuItem("mnuHelpContents")->onClick();
