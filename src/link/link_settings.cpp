@@ -53,14 +53,15 @@ bool LoadLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::strin
         ipAddress = kDefaultIpAddress;
         comPort = kDefaultComPort;
     }
-    ControllerLink& link = Link();
-    if (linkKind == 1)
-        link.linkAddress.clear();
-    else if (linkKind == 2)
-        link.linkAddress = ipAddress;
-    else
-        link.linkAddress = comPort;
+    Link().linkAddress = LinkAddressFor(linkKind, ipAddress, comPort);
     return true;
+}
+
+std::string LinkAddressFor(std::int16_t linkKind, const std::string& ipAddress, const std::string& comPort)
+{
+    if (linkKind == 1)
+        return {};
+    return linkKind == 2 ? ipAddress : comPort;
 }
 
 bool SaveLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort)

@@ -14,6 +14,9 @@ inline constexpr const char* kDefaultComPort = "COM1";
 // derives linkAddress. Always true.
 bool LoadLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort);
 
+// The address a kind 1 open is handed: empty for kind 1, the IP address for 2, else the COM port.
+std::string LinkAddressFor(std::int16_t linkKind, const std::string& ipAddress, const std::string& comPort);
+
 // Replaces marlunecom.ini with the three lines. When the file cannot be written the operator
 // is told which file and why, the settings stay in memory, and the result is false.
 bool SaveLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort);

@@ -8,11 +8,7 @@
 
 namespace marlune::link {
 
-namespace {
-
-// Hands `field` to the library's open in an address buffer, and takes back what the library
-// left there.
-std::int32_t OpenWith(std::int32_t kind, std::int32_t mode, std::string& field)
+std::int32_t OpenWithAddress(std::int32_t kind, std::int32_t mode, std::string& field)
 {
     std::array<char, kAddressBufferSize> address{};
     std::memcpy(address.data(), field.data(), std::min(field.size(), address.size() - 1));
@@ -22,19 +18,17 @@ std::int32_t OpenWith(std::int32_t kind, std::int32_t mode, std::string& field)
     return handle;
 }
 
-} // namespace
-
 bool OpenLink(bool secondEthernetAttempt)
 {
     ControllerLink& link = Link();
     switch (link.linkKind) {
-    case 1: link.linkHandle = OpenWith(1, 1, link.linkAddress); break;
+    case 1: link.linkHandle = OpenWithAddress(1, 1, link.linkAddress); break;
     case 2:
-        link.linkHandle = OpenWith(2, 0, link.ipAddress);
+        link.linkHandle = OpenWithAddress(2, 0, link.ipAddress);
         if (link.linkHandle < 1 && secondEthernetAttempt)
-            link.linkHandle = OpenWith(2, 0, link.ipAddress);
+            link.linkHandle = OpenWithAddress(2, 0, link.ipAddress);
         break;
-    case 3: link.linkHandle = OpenWith(3, 0, link.comPort); break;
+    case 3: link.linkHandle = OpenWithAddress(3, 0, link.comPort); break;
     default: return false;
     }
     return link.linkHandle >= 1;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 namespace marlune::link {
 
 // Opens the link of ControllerLink's kind and stores the handle. Ethernet makes one more
@@ -9,5 +12,9 @@ bool OpenLink(bool secondEthernetAttempt = true);
 
 // Closes the handle of ControllerLink's kind; the handle keeps its value.
 void CloseLink();
+
+// Hands `field` to the library's open in an address buffer and takes back what the library left
+// there; the handle.
+std::int32_t OpenWithAddress(std::int32_t kind, std::int32_t mode, std::string& field);
 
 } // namespace marlune::link

@@ -16,12 +16,18 @@
 #include "forms/form.h"
 #include "qt/picture_widget.h"
 
+#include "ui_ComSetup.h"
+#include "ui_DevSerListSel.h"
 #include "ui_MainControl.h"
 #include "ui_MonitorAI.h"
 #include "ui_NewPos.h"
 #include "ui_ProgramViewer.h"
+#include "ui_Setup.h"
+#include "ui_SetupEncoderControl.h"
+#include "ui_SetupJoystick.h"
 #include "ui_Status.h"
 #include "ui_Terminal.h"
+#include "ui_frmAbout.h"
 #include "ui_frmCompareMemory.h"
 #include "ui_frmMain.h"
 #include "ui_frmProjectManager.h"
@@ -89,6 +95,12 @@ const std::vector<FormLayout>& FormLayouts()
             {"frmCompareMemory", false, &SetUp<Ui::frmCompareMemory, QWidget>},
             {"frmProjectManager", false, &SetUp<Ui::frmProjectManager, QWidget>},
             {"frmProjectProgram", false, &SetUp<Ui::frmProjectProgram, QWidget>},
+            {"Setup", false, &SetUp<Ui::Setup, QWidget>},
+            {"SetupJoystick", false, &SetUp<Ui::SetupJoystick, QWidget>},
+            {"SetupEncoderControl", false, &SetUp<Ui::SetupEncoderControl, QWidget>},
+            {"ComSetup", false, &SetUp<Ui::ComSetup, QWidget>},
+            {"DevSerListSel", false, &SetUp<Ui::DevSerListSel, QWidget>},
+            {"frmAbout", false, &SetUp<Ui::frmAbout, QWidget>},
     };
     return layouts;
 }

@@ -4,6 +4,7 @@
 #include "forms/platform.h"
 #include "link/controller_link.h"
 #include "marlunecom/com_factory.h"
+#include "qt/help_browser.h"
 #include "qt/qt_platform.h"
 #include "shell/program.h"
 
@@ -29,6 +30,10 @@ int main(int argc, char* argv[])
     marlune::link::SetCom(com.com.get());
 
     marlune::shell::Program program;
+    program.servingLinks = com.description;
+    // Help says so at once where the language manual is not installed.
+    if (!marlune::qt::LocateManual())
+        program.helpFile.clear();
     program.Main();
     if (!com.problem.empty())
         marlune::forms::MsgBox(com.problem, marlune::forms::MessageButtons::OK,

@@ -2,10 +2,15 @@
 
 #include <string>
 
+#include "config/com_setup.h"
+#include "config/setup.h"
+#include "config/setup_encoder_control.h"
+#include "config/setup_joystick.h"
 #include "forms/platform.h"
 #include "panel/main_control.h"
 #include "project/project_program.h"
 #include "project/projects.h"
+#include "shell/frm_about.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
 #include "tools/terminal.h"
@@ -72,6 +77,13 @@ void FrmMain::connectMenus()
     menuItem("mnuToolsCompareMemory")->onClick = [this] {
         transfer::CompareMemoryWithFile(program_.status(), program_.compareMemory());
     };
+    menuItem("mnuSetup")->onClick = [this] { forms::ShowModal(program_.setup(), this); };
+    menuItem("mnuSetupJoystick")->onClick = [this] { forms::ShowModal(program_.setupJoystick(), this); };
+    menuItem("mnuSetupEncoderControl")->onClick = [this] { forms::ShowModal(program_.setupEncoderControl(), this); };
+    menuItem("mnuSetupCommunication")->onClick = [this] { forms::ShowModal(program_.comSetup(), this); };
+    menuItem("mnuHelpContents")->onClick = [this] { showHelp(kHelpContents); };
+    menuItem("mnuHelpSearchForHelpOn")->onClick = [this] { showHelp(kHelpSearch); };
+    menuItem("mnuHelpAbout")->onClick = [this] { forms::ShowModal(program_.about(), this); };
     menuItem("mnuEditCopy")->onClick = [this] { editProgramText(EditCommand::Copy); };
     menuItem("mnuEditCut")->onClick = [this] { editProgramText(EditCommand::Cut); };
     menuItem("mnuEditPaste")->onClick = [this] { editProgramText(EditCommand::Paste); };
@@ -118,6 +130,17 @@ void FrmMain::showRecentProjects()
             item.setCaption(RecentCaption(i, names[i]));
     }
     menuItem("mnuFileBar5")->setVisible(!names.empty());
+}
+
+void FrmMain::showHelp(int command)
+{
+    if (program_.helpFile.empty()) {
+        forms::MsgBox("Unable to display Help Contents. There is no Help associated with this project.",
+                      forms::MessageButtons::OK, forms::MessageIcon::Information, caption());
+        return;
+    }
+    if (const auto error = forms::CurrentPlatform().showHelp(program_.helpFile, command))
+        forms::MsgBox(*error);
 }
 
 void FrmMain::formResize() { program_.projects().TileVertical(); }

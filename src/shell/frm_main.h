@@ -12,6 +12,10 @@ class Program;
 inline constexpr const char* kSettingsSection = "Settings";
 inline constexpr int kTwipsPerPixel = 15;
 
+// The help viewer's commands: the contents, and the search by keyword.
+inline constexpr int kHelpContents = 3;
+inline constexpr int kHelpSearch = 261;
+
 // The main frame: the menu tree and tool bar, which are the program's only way into its
 // functions, and the multiple-document frame that holds the project windows.
 class FrmMain final : public forms::Form {
@@ -37,6 +41,7 @@ private:
     void showRecentProjects();
     void toolButtonClicked(const std::string& key);
     void runMenu(std::string_view name);
+    void showHelp(int command);
 
     Program& program_;
 };

@@ -1,5 +1,9 @@
 #include "shell/program.h"
 
+#include "config/com_setup.h"
+#include "config/setup.h"
+#include "config/setup_encoder_control.h"
+#include "config/setup_joystick.h"
 #include "forms/platform.h"
 #include "link/controller_link.h"
 #include "link/link_settings.h"
@@ -9,6 +13,7 @@
 #include "project/project_manager.h"
 #include "project/project_program.h"
 #include "project/projects.h"
+#include "shell/frm_about.h"
 #include "shell/frm_main.h"
 #include "tools/program_viewer.h"
 #include "tools/terminal.h"
@@ -78,6 +83,31 @@ project::Projects& Program::projects()
 
 namespace {
 
+// Each separate form has a single instance, made at first use.
+template <class F, class... Args>
+F& Made(std::unique_ptr<F>& form, Args&&... args)
+{
+    if (!form)
+        form = std::make_unique<F>(std::forward<Args>(args)...);
+    return *form;
+}
+
+} // namespace
+
+config::Setup& Program::setup() { return Made(setup_); }
+
+config::SetupJoystick& Program::setupJoystick() { return Made(setupJoystick_); }
+
+config::SetupEncoderControl& Program::setupEncoderControl() { return Made(setupEncoderControl_); }
+
+config::ComSetup& Program::comSetup() { return Made(comSetup_, servingLinks); }
+
+config::DevSerListSel& Program::devSerListSel() { return Made(devSerListSel_); }
+
+FrmAbout& Program::about() { return Made(about_); }
+
+namespace {
+
 // "frmProjectProgram[n]" names the window of program n.
 forms::Form* ProjectProgramWindow(project::Projects* projects, std::string_view name)
 {
@@ -108,6 +138,18 @@ forms::Form* Program::findForm(std::string_view name)
         return programViewer_.get();
     if (name == "frmCompareMemory")
         return compareMemory_.get();
+    if (name == "Setup")
+        return setup_.get();
+    if (name == "SetupJoystick")
+        return setupJoystick_.get();
+    if (name == "SetupEncoderControl")
+        return setupEncoderControl_.get();
+    if (name == "ComSetup")
+        return comSetup_.get();
+    if (name == "DevSerListSel")
+        return devSerListSel_.get();
+    if (name == "frmAbout")
+        return about_.get();
     if (name == "frmProjectManager")
         return projects_ ? projects_->madeManager() : nullptr;
     return ProjectProgramWindow(projects_.get(), name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace marlune::forms {
@@ -17,6 +18,13 @@ class CompareMemory;
 namespace marlune::project {
 class Projects;
 }
+namespace marlune::config {
+class Setup;
+class SetupJoystick;
+class SetupEncoderControl;
+class ComSetup;
+class DevSerListSel;
+} // namespace marlune::config
 namespace marlune::panel {
 class MainControl;
 class NewPos;
@@ -26,6 +34,10 @@ class MonitorAI;
 namespace marlune::shell {
 
 class FrmMain;
+class FrmAbout;
+
+// The application's help file: the controller language manual, handed to the help viewer.
+inline constexpr const char* kHelpFile = "Marlune KV Language Manual.hlp";
 
 // The running program: its global state and the single instances of its forms, each made at
 // first use and used again after it was closed. A new Program starts from a clean slate
@@ -46,6 +58,17 @@ public:
     transfer::Status& status();
     transfer::CompareMemory& compareMemory();
     project::Projects& projects();
+    config::Setup& setup();
+    config::SetupJoystick& setupJoystick();
+    config::SetupEncoderControl& setupEncoderControl();
+    config::ComSetup& comSetup();
+    config::DevSerListSel& devSerListSel();
+    FrmAbout& about();
+
+    // The help file handed to the viewer; empty where no manual is installed.
+    std::string helpFile = kHelpFile;
+    // Which implementation serves each link kind on this machine, for the communication setup.
+    std::string servingLinks;
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // "frmProjectProgram[2]"); nothing when there is none.
@@ -61,6 +84,12 @@ private:
     std::unique_ptr<panel::MonitorAI> monitorAI_;
     std::unique_ptr<panel::MainControl> mainControl_;
     std::unique_ptr<project::Projects> projects_;
+    std::unique_ptr<config::Setup> setup_;
+    std::unique_ptr<config::SetupJoystick> setupJoystick_;
+    std::unique_ptr<config::SetupEncoderControl> setupEncoderControl_;
+    std::unique_ptr<config::ComSetup> comSetup_;
+    std::unique_ptr<config::DevSerListSel> devSerListSel_;
+    std::unique_ptr<FrmAbout> about_;
 };
 
 } // namespace marlune::shell

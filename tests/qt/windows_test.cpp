@@ -287,6 +287,31 @@ TEST_F(Frame, HelpShowsTheLanguageManual)
     help->close();
 }
 
+// The setup dialogs and About open from their menus, tidy at their designed size; Escape closes About.
+TEST_F(Frame, TheSetupDialogsAndAboutOpenTidyFromTheirMenus)
+{
+    desk.com.setDefaultReply("5592405");
+    for (const char* menu :
+         {"mnuSetup", "mnuSetupJoystick", "mnuSetupEncoderControl", "mnuSetupCommunication", "mnuHelpAbout"}) {
+        QTimer::singleShot(0, [&] {
+            QWidget* window = QApplication::activeModalWidget();
+            Settle();
+            for (QWidget* widget : window->findChildren<QWidget*>()) {
+                const QRect rect(widget->mapTo(window, QPoint(0, 0)), widget->size());
+                EXPECT_TRUE(!ShowsAControl(*widget) || window->rect().contains(rect))
+                        << menu << " cuts off " << widget->objectName().toStdString();
+            }
+            EXPECT_TRUE(SaveScreenshot(*window, (window->objectName() + ".png").toLatin1().constData()));
+            if (window->objectName() == "frmAbout")
+                Key(window, Qt::Key_Escape);
+            else
+                window->close();
+        });
+        frame->menuBar()->findChild<QAction*>(QString::fromLatin1(menu))->trigger();
+    }
+    EXPECT_FALSE(program.findForm("frmAbout")->loaded());
+}
+
 using Layouts = DeskTest;
 using PanelWindow = DeskTest;
 using TransferWindows = DeskTest;
@@ -300,6 +325,12 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.compareMemory();
     program.projects().manager();
     program.projects().makeProgramWindow(1);
+    program.setup();
+    program.setupJoystick();
+    program.setupEncoderControl();
+    program.comSetup();
+    program.devSerListSel();
+    program.about();
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
         // A family of windows is found by its first member.
