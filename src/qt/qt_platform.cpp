@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -13,6 +14,8 @@
 #include <QSettings>
 #include <QTextDocument>
 #include <QTimer>
+
+#include <algorithm>
 
 #include "forms/control.h"
 #include "forms/form.h"
@@ -29,6 +32,16 @@
 namespace marlune::qt {
 
 namespace {
+
+// A caption that wraps, such as a description the program fills in, may need more height than the
+// window was drawn with; the window grows rather than squeezing its rows.
+void GrowForWrappedText(QWidget& window)
+{
+    if (window.layout())
+        window.layout()->activate();
+    if (window.hasHeightForWidth())
+        window.resize(window.width(), std::max(window.height(), window.heightForWidth(window.width())));
+}
 
 QMessageBox::Icon BoxIcon(forms::MessageIcon icon)
 {
@@ -124,6 +137,7 @@ void QtPlatform::runModal(forms::Form& form, forms::Form* owner)
     Showing& showing = show(form, window);
     showing.binder->watchWindow(*window);
     window->setWindowModality(Qt::ApplicationModal);
+    GrowForWrappedText(*window);
     window->show();
     window->raise();
     window->activateWindow();

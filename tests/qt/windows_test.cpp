@@ -291,6 +291,12 @@ TEST_F(Frame, HelpShowsTheLanguageManual)
 TEST_F(Frame, TheSetupDialogsAndAboutOpenTidyFromTheirMenus)
 {
     desk.com.setDefaultReply("5592405");
+    // A description long enough to wrap over several lines, as the router's can be.
+    program.servingLinks = "built-in links: simulated controller (USB 1.1, its EEPROM kept in /home/operator/.local/"
+                           "share/Marlune/Marlune Desk/simulated-controller.eeprom), TCP (Ethernet), serial port (USB "
+                           "2.0 VCP); no maker's library (cannot load it: the shared object file was not found in "
+                           "/usr/lib, /usr/local/lib, /opt/marlune/lib or beside the program, and no other folder "
+                           "of the library path holds it either)";
     for (const char* menu :
          {"mnuSetup", "mnuSetupJoystick", "mnuSetupEncoderControl", "mnuSetupCommunication", "mnuHelpAbout"}) {
         QTimer::singleShot(0, [&] {
@@ -300,6 +306,8 @@ TEST_F(Frame, TheSetupDialogsAndAboutOpenTidyFromTheirMenus)
                 const QRect rect(widget->mapTo(window, QPoint(0, 0)), widget->size());
                 EXPECT_TRUE(!ShowsAControl(*widget) || window->rect().contains(rect))
                         << menu << " cuts off " << widget->objectName().toStdString();
+                EXPECT_TRUE(!ShowsAControl(*widget) || widget->height() >= widget->minimumSizeHint().height())
+                        << menu << " squeezes " << widget->objectName().toStdString();
             }
             EXPECT_TRUE(SaveScreenshot(*window, (window->objectName() + ".png").toLatin1().constData()));
             if (window->objectName() == "frmAbout")
