@@ -8,6 +8,7 @@ marlune_packages=(
   qt6-base-dev qt6-serialport-dev qt6-qpa-plugins
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   xvfb xauth xdotool
+  dpkg-dev lintian
 )
 
 ensure_marlune_packages() {

@@ -72,7 +72,7 @@ std::optional<QString> LocateManual()
     const QDir binary(QCoreApplication::applicationDirPath());
     const QStringList candidates = {
             binary.filePath(QString::fromLatin1(kManualName)),
-            binary.filePath(QStringLiteral("../share/marlune-desk/") + QString::fromLatin1(kManualName)),
+            binary.filePath(QStringLiteral("../share/doc/marlune-desk/") + QString::fromLatin1(kManualName)),
             QDir(QStringLiteral(MARLUNE_SOURCE_DOCS)).filePath(QString::fromLatin1(kManualName)),
     };
     for (const QString& candidate : candidates) {
