@@ -9,6 +9,13 @@ inline constexpr const char* kLinkSettingsFile = "marlunecom.ini";
 inline constexpr const char* kDefaultIpAddress = "192.168.1.250";
 inline constexpr const char* kDefaultComPort = "COM1";
 
+// The three fields that marlunecom.ini keeps.
+struct LinkSettings {
+    std::int16_t linkKind = 1;
+    std::string ipAddress;
+    std::string comPort;
+};
+
 // Reads marlunecom.ini from the working directory into the three fields (defaults when the
 // file does not exist; a line that cannot be read or converted leaves its field alone), then
 // derives linkAddress. Always true.

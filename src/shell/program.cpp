@@ -30,6 +30,12 @@ void Program::Main()
 {
     link::ControllerLink& link = link::Link();
     link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
+    if (linkForRun) {
+        link.linkKind = linkForRun->linkKind;
+        link.ipAddress = linkForRun->ipAddress;
+        link.comPort = linkForRun->comPort;
+        link.linkAddress = link::LinkAddressFor(link.linkKind, link.ipAddress, link.comPort);
+    }
     FrmMain& main = frame();
     if (main.load())
         forms::CurrentPlatform().showModeless(main, nullptr);

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "link/link_settings.h"
 
 namespace marlune::forms {
 class Form;
@@ -69,6 +72,8 @@ public:
     std::string helpFile = kHelpFile;
     // Which implementation serves each link kind on this machine, for the communication setup.
     std::string servingLinks;
+    // A link chosen for this run only, over what marlunecom.ini says; the file stays as it is.
+    std::optional<link::LinkSettings> linkForRun;
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // "frmProjectProgram[2]"); nothing when there is none.

@@ -1,6 +1,7 @@
 #include "link/marlune_com.h"
 #include "marlunecom/address_text.h"
 #include "marlunecom/com_port_name.h"
+#include "marlunecom/link_option.h"
 #include "marlunecom/reply_frame.h"
 #include "marlunecom/tcp_address.h"
 
@@ -33,6 +34,28 @@ TEST(ParseTcpAddressTest, ReadsHostAndPortWith5001ByDefault)
     for (const auto& [text, expected] : cases) {
         const auto address = ParseTcpAddress(text, 5001);
         EXPECT_EQ(address ? address->host + " " + std::to_string(address->port) : "none", expected) << text;
+    }
+}
+
+// The command line's --link: each kind with the field it sets, and texts that name no link.
+TEST(ParseLinkOptionTest, NamesAKindAndItsAddressOrSaysWhyNot)
+{
+    // clang-format off
+    const char* const cases[][2] = { // text, then kind, IP address and COM port, or the error's start
+        {"sim", "1 192.168.1.250 COM1"}, {"tcp:127.0.0.1", "2 127.0.0.1 COM1"},
+        {"tcp:127.0.0.1:6001", "2 127.0.0.1:6001 COM1"}, {"serial:COM3", "3 192.168.1.250 COM3"},
+        {"serial:/dev/ttyUSB0", "3 192.168.1.250 /dev/ttyUSB0"}, {"tcp:", "\"\" is no host"},
+        {"tcp:host:70000", "\"host:70000\" is no host"}, {"serial:LPT1", "\"LPT1\" is no serial port"},
+        {"Sim", "\"Sim\" names no link"}, {"", "\"\" names no link"}};
+    // clang-format on
+    for (const auto& [text, expected] : cases) {
+        const LinkOption option = ParseLinkOption(text);
+        const std::string found = option.settings
+                                          ? std::to_string(option.settings->linkKind) + " " + option.settings->ipAddress
+                                                    + " " + option.settings->comPort
+                                          : option.error;
+        EXPECT_TRUE(found.starts_with(expected)) << text << " gave " << found;
+        EXPECT_NE(option.settings.has_value(), !option.error.empty()) << text;
     }
 }
 

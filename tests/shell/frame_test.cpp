@@ -2,7 +2,9 @@
 
 #include <set>
 
+#include "forms/files.h"
 #include "headless_fixture.h"
+#include "link/controller_link.h"
 #include "project/project_manager.h"
 #include "project/projects.h"
 #include "shell/frm_main.h"
@@ -60,6 +62,17 @@ TEST_F(Frame, ShutDownWritesThePlaceInTwipsUnlessMinimised)
     EXPECT_EQ(platform.setting("Settings", "MainTop"), "300");
     EXPECT_EQ(platform.setting("Settings", "MainWidth"), "12000");
     EXPECT_EQ(platform.setting("Settings", "MainHeight"), "9000");
+}
+
+// A link chosen for the run stands over marlunecom.ini and leaves the file as it was.
+TEST_F(Frame, ALinkForTheRunStandsOverTheSettingsFileAndLeavesItAlone)
+{
+    ASSERT_EQ(forms::WriteFileAtomically(link::kLinkSettingsFile, "3\r\n192.0.2.1\r\nCOM4\r\n"), "");
+    program.linkForRun = link::LinkSettings{2, "127.0.0.1:6001", "COM1"};
+    program.Main();
+    const link::ControllerLink& link = link::Link();
+    EXPECT_EQ(std::to_string(link.linkKind) + " " + link.linkAddress, "2 127.0.0.1:6001");
+    EXPECT_EQ(forms::ReadFileBytes(link::kLinkSettingsFile), "3\r\n192.0.2.1\r\nCOM4\r\n");
 }
 
 // The list of the last run comes back at start, each name once, and its empty places stay hidden;
