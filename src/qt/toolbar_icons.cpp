@@ -170,14 +170,21 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
 
 QIcon Drawn(const Drawing& drawing)
 {
-    QPixmap pixmap(kSide, kSide);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(kInk, 1.5));
-    drawing(painter);
-    painter.end();
-    return QIcon(pixmap);
+    QIcon icon;
+    // Drawn again for screens of two and three times the pixel density, so that it stays sharp
+    // there rather than being blown up from the plain picture.
+    for (const int ratio : {1, 2, 3}) {
+        QPixmap pixmap(kSide * ratio, kSide * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(kInk, 1.5));
+        drawing(painter);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
 }
 
 // An image nobody drew: its initial on a plain tile, so the button can still be told apart.

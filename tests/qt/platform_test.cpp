@@ -23,6 +23,7 @@
 #include "qt/shown_text.h"
 #include "qt/status_clock.h"
 #include "qt/tilings.h"
+#include "qt/toolbar_icons.h"
 #include "qt_test_support.h"
 
 namespace marlune::qt::test {
@@ -156,6 +157,17 @@ TEST(Printout, TheHeadingStandsBoldAboveTheTextLineForLineInAFixedPitchFontAndEa
     EXPECT_EQ((QStringList{JobFileName("/out/print.pdf", 1), JobFileName("/out/print.pdf", 3),
                            JobFileName("/out/v1.2/print", 2)}),
               (QStringList{"/out/print.pdf", "/out/print-3.pdf", "/out/v1.2/print-2"}));
+}
+
+// A drawn tool bar picture is drawn anew for a screen of twice the density, not blown up.
+TEST(ToolbarIcon, IsDrawnSharpForTwiceThePixelDensity)
+{
+    const QIcon icon = ToolbarIcon(QStringLiteral("Print"));
+    const QImage sharp = icon.pixmap(QSize(32, 32), 2.0).toImage();
+    EXPECT_EQ(sharp.size(), QSize(64, 64));
+    const QImage plain = icon.pixmap(QSize(32, 32), 1.0).toImage();
+    EXPECT_NE(sharp, plain.scaled(64, 64, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    EXPECT_NE(sharp, plain.scaled(64, 64));
 }
 
 TEST(ShownText, MultiLineBoxesShowLfAndKeepCaretsOnTheSameCharacters)

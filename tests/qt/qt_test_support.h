@@ -81,12 +81,16 @@ inline void Type(QWidget* widget, const QString& text)
 }
 
 // Saves a picture of `window` for a person to look at.
+// Pictures taken at a higher pixel density are named NAME@2x.png, beside those at 1.
 inline bool SaveScreenshot(QWidget& window, const char* name)
 {
     const QDir dir(QStringLiteral(MARLUNE_SCREENSHOT_DIR));
     dir.mkpath(QStringLiteral("."));
-    std::cout << "screenshot: " << dir.filePath(QString::fromLatin1(name)).toStdString() << '\n';
-    return window.grab().save(dir.filePath(QString::fromLatin1(name)), "PNG");
+    QString file = QString::fromLatin1(name);
+    if (const qreal ratio = window.devicePixelRatioF(); ratio != 1)
+        file.replace(QStringLiteral(".png"), QStringLiteral("@%1x.png").arg(ratio));
+    std::cout << "screenshot: " << dir.filePath(file).toStdString() << '\n';
+    return window.grab().save(dir.filePath(file), "PNG");
 }
 
 } // namespace marlune::qt::test
