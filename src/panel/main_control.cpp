@@ -36,7 +36,8 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramVie
       ViewProg(add<forms::Button>("ViewProg", "View")), MEClear(add<forms::Button>("MEClear", "MClear")),
       AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")), ManualCmd(add<forms::TextBox>("ManualCmd")),
       ReplyBox(add<forms::TextBox>("ReplyBox")), Close(add<forms::Button>("Close", "Close")),
-      Reconnect(add<forms::Button>("Reconnect", "Reconnect")), Timer1(add<forms::Timer>("Timer1", 500)), newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
+      Reconnect(add<forms::Button>("Reconnect", "Reconnect")), Timer1(add<forms::Timer>("Timer1", 500)),
+      newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
 {
     add<forms::Frame>("MotorStatusFrame", "Motor Status");
     add<forms::Frame>("ProgramStatusFrame", "Program Status");

@@ -31,6 +31,7 @@ int main(int argc, char* argv[])
 
     marlune::shell::Program program;
     program.servingLinks = com.description;
+    program.makersLibrary = com.source == marlune::marlunecom::ComSource::VendorLibrary;
     // Help says so at once where the language manual is not installed.
     if (!marlune::qt::LocateManual())
         program.helpFile.clear();

@@ -29,10 +29,12 @@ Program::~Program() = default;
 void Program::Main()
 {
     link::ControllerLink& link = link::Link();
-    link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
+    const std::string problem = link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
     FrmMain& main = frame();
     if (main.load())
         forms::CurrentPlatform().showModeless(main, nullptr);
+    if (!problem.empty())
+        forms::MsgBox(problem, forms::MessageButtons::OK, forms::MessageIcon::Exclamation);
 }
 
 FrmMain& Program::frame()

@@ -49,7 +49,8 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Start-up: reads the link settings, then creates and shows the frame, not modally.
+    // Start-up: reads the link settings, then creates and shows the frame, not modally, and
+    // tells the operator when the settings file could not be used.
     void Main();
 
     FrmMain& frame();
@@ -69,6 +70,8 @@ public:
     std::string helpFile = kHelpFile;
     // Which implementation serves each link kind on this machine, for the communication setup.
     std::string servingLinks;
+    // The controller maker's library serves every link kind.
+    bool makersLibrary = false;
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // "frmProjectProgram[2]"); nothing when there is none.
