@@ -173,9 +173,11 @@ void MainControl::openLink()
         forms::MsgBox("Communication Open Error!");
         return;
     }
-    updateSpdAccel();
-    updateDIOConfig();
-    // A failed read while opening is no operator's action; the poll tells of a lost link.
+    // After a read that got no reply the next would wait as long again: the points stay inputs
+    // and the poll tells of the lost link. A failed read while opening is no operator's action.
+    dioConfig = 0;
+    if (updateSpdAccel())
+        updateDIOConfig();
     failedCommand_.clear();
 }
 
