@@ -1,5 +1,9 @@
 #include "link/link_settings.h"
 
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "forms/files.h"
@@ -34,27 +38,61 @@ std::vector<std::string> SplitLines(const std::string& bytes)
 
 } // namespace
 
-bool LoadLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort)
+std::string LoadLinkSettings(std::int16_t& linkKind, std::string& ipAddress, std::string& comPort)
 {
-    if (forms::FileExists(kLinkSettingsFile)) {
-        if (const auto bytes = forms::ReadFileBytes(kLinkSettingsFile)) {
-            const std::vector<std::string> lines = SplitLines(*bytes);
-            if (!lines.empty()) {
-                if (const auto kind = forms::ToInt16(lines[0]))
-                    linkKind = *kind;
-            }
-            if (lines.size() > 1)
-                ipAddress = lines[1];
-            if (lines.size() > 2)
-                comPort = lines[2];
+    const std::string file = kLinkSettingsFile;
+    std::string problem;
+    std::error_code ec;
+    const bool exists = std::filesystem::exists(file, ec);
+    std::optional<std::string> bytes;
+    if (exists) {
+        errno = 0;
+        bytes = forms::FileExists(file) ? forms::ReadFileBytes(file) : std::nullopt;
+        if (!bytes) {
+            const std::string why = std::filesystem::is_directory(file, ec) ? "it is a folder"
+                                    : errno != 0                            ? std::strerror(errno)
+                                                                            : "it is no ordinary file";
+            problem = "The link settings file " + file + " cannot be read: " + why + ".";
         }
-    } else {
+    }
+    if (!bytes) {
         linkKind = 1;
         ipAddress = kDefaultIpAddress;
         comPort = kDefaultComPort;
+        if (!problem.empty())
+            problem += " The built-in simulated controller is used, not a machine.";
+    } else {
+        const std::vector<std::string> lines = SplitLines(*bytes);
+        const std::string first = lines.empty() ? std::string() : lines[0];
+        const auto kind = forms::ToInt16(first);
+        if (kind)
+            linkKind = *kind;
+        if (lines.size() > 1)
+            ipAddress = lines[1];
+        if (lines.size() > 2)
+            comPort = lines[2];
+        if (!kind || *kind < 1 || *kind > 3) {
+            problem = "The link settings file " + file + " is damaged: its first line \"" + first
+                      + "\" is no link kind (1 USB 1.1, 2 Ethernet, 3 USB 2.0 VCP). No link is used until one is "
+                        "chosen in the communication setup.";
+        }
     }
     Link().linkAddress = LinkAddressFor(linkKind, ipAddress, comPort);
-    return true;
+    return problem;
+}
+
+std::string DescribeLinkInUse(std::int16_t linkKind, const std::string& ipAddress, const std::string& comPort,
+                              bool makersLibrary)
+{
+    if (linkKind < 1 || linkKind > 3)
+        return "No link";
+    if (makersLibrary) {
+        static constexpr const char* kKinds[] = {"USB 1.1", "Ethernet ", "USB 2.0 VCP "};
+        return std::string("Maker's library, ") + kKinds[linkKind - 1] + LinkAddressFor(linkKind, ipAddress, comPort);
+    }
+    if (linkKind == 1)
+        return "Built-in simulated controller";
+    return linkKind == 2 ? "TCP " + ipAddress : "Serial " + comPort;
 }
 
 std::string LinkAddressFor(std::int16_t linkKind, const std::string& ipAddress, const std::string& comPort)

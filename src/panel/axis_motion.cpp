@@ -1,5 +1,6 @@
 #include "panel/main_control.h"
 
+#include "forms/number.h"
 #include "forms/platform.h"
 #include "link/bit_arithmetic.h"
 #include "link/command_exchange.h"
@@ -17,7 +18,11 @@ void MainControl::connectMotion()
     HOMEP.onClick = [this] { homeButton("+"); };
     HOMEM.onClick = [this] { homeButton("-"); };
     Stop.onClick = [this] { stopButton(); };
-    Abort.onClick = [] { send("ABORT"); };
+    Abort.onClick = [this] {
+        failedCommand_.clear();
+        sendChecked("ABORT");
+        reportFailedCommand("the controller may not have stopped.");
+    };
     JoyOn.onClick = [this] {
         if (link::Link().connected)
             send(JoyOn.value() != 0 ? "JOYON" : "JOYOFF");
@@ -29,34 +34,34 @@ void MainControl::connectMotion()
     }
 }
 
-void MainControl::downloadSpdAccel()
+bool MainControl::downloadSpdAccel()
 {
     if (!link::Link().connected)
-        return;
-    send("HSPD" + HSPD.text());
-    send("LSPD" + LSPD.text());
-    send("ACCEL" + ACCEL.text());
-    send("ACCEL");
-}
-
-void MainControl::updateSpdAccel()
-{
-    if (!link::Link().connected)
-        return;
-    // The box shows whatever the reply holds, the failure text of the exchange included.
-    for (forms::TextBox* box : {&HSPD, &LSPD, &ACCEL}) {
-        std::string command = box->name();
-        std::string reply;
-        link::SendCommand(command, reply);
-        box->setText(reply);
+        return true;
+    for (const std::string& command : {"HSPD" + HSPD.text(), "LSPD" + LSPD.text(), "ACCEL" + ACCEL.text()}) {
+        if (!sendChecked(command))
+            return false;
     }
+    return sendChecked("ACCEL");
 }
 
-void MainControl::speedPrelude()
+bool MainControl::updateSpdAccel()
 {
-    downloadSpdAccel();
-    updateSpdAccel();
+    if (!link::Link().connected)
+        return true;
+    // A box takes only a number: after a failed exchange or a reply that is no number it keeps
+    // what it had, so that no failure text reaches the panel's file as a speed.
+    for (forms::TextBox* box : {&HSPD, &LSPD, &ACCEL}) {
+        std::string reply;
+        if (!exchangeChecked(box->name(), reply))
+            return false;
+        if (const auto value = forms::ToInt32(reply))
+            box->setText(std::to_string(*value));
+    }
+    return true;
 }
+
+bool MainControl::speedPrelude() { return downloadSpdAccel() && updateSpdAccel(); }
 
 void MainControl::buildMoveCommand(std::string& command, std::int16_t direction, std::int16_t& axisMask) const
 {
@@ -74,7 +79,11 @@ void MainControl::buildMoveCommand(std::string& command, std::int16_t direction,
 
 void MainControl::moveButton(std::int16_t direction, bool idleTest, const char* mode)
 {
-    speedPrelude();
+    failedCommand_.clear();
+    if (!speedPrelude()) {
+        reportFailedCommand("the move was not sent.");
+        return;
+    }
     std::string command;
     std::int16_t axisMask = 0;
     buildMoveCommand(command, direction, axisMask);
@@ -84,13 +93,19 @@ void MainControl::moveButton(std::int16_t direction, bool idleTest, const char* 
         forms::MsgBox("Axis not Idle!");
         return;
     }
-    send(mode);
-    send(command);
+    if (!sendChecked(mode))
+        reportFailedCommand("the move was not sent.");
+    else if (!sendChecked(command))
+        reportFailedCommand("the controller may still carry out the move.");
 }
 
 void MainControl::homeButton(const char* sign)
 {
-    speedPrelude();
+    failedCommand_.clear();
+    if (!speedPrelude()) {
+        reportFailedCommand("the homing was not sent.");
+        return;
+    }
     const char* mode = HomingModeNormal.value() ? "HOME" : HomingModeLimit.value() ? "LHOME" : "ZHOME";
     std::string unused;
     std::int16_t axisMask = 0;
@@ -102,19 +117,24 @@ void MainControl::homeButton(const char* sign)
         return;
     }
     for (std::size_t a = 0; a < 4; ++a) {
-        if (Sel[a]->value() == 1)
-            send(std::string(mode) + kAxisLetters[a] + sign);
+        if (Sel[a]->value() == 1 && !sendChecked(std::string(mode) + kAxisLetters[a] + sign)) {
+            reportFailedCommand("the controller may still carry out that homing; no other axis was sent.");
+            return;
+        }
     }
 }
 
+// Every selected axis is told to stop, whatever failed before: a stop that can go out must.
 void MainControl::stopButton()
 {
     speedPrelude();
+    failedCommand_.clear();
     const std::string stop = RampStop.value() != 0 ? "RSTOP" : "STOP";
     for (std::size_t a = 0; a < 4; ++a) {
         if (Sel[a]->value() == 1)
-            send(stop + kAxisLetters[a]);
+            sendChecked(stop + kAxisLetters[a]);
     }
+    reportFailedCommand("the controller may not have stopped.");
 }
 
 void MainControl::setPositionCounter(const std::string& kind, const std::string& axis)

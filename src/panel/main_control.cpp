@@ -36,7 +36,8 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramVie
       ViewProg(add<forms::Button>("ViewProg", "View")), MEClear(add<forms::Button>("MEClear", "MClear")),
       AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")), ManualCmd(add<forms::TextBox>("ManualCmd")),
       ReplyBox(add<forms::TextBox>("ReplyBox")), Close(add<forms::Button>("Close", "Close")),
-      Timer1(add<forms::Timer>("Timer1", 500)), newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
+      Reconnect(add<forms::Button>("Reconnect", "Reconnect")), Timer1(add<forms::Timer>("Timer1", 500)),
+      newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
 {
     add<forms::Frame>("MotorStatusFrame", "Motor Status");
     add<forms::Frame>("ProgramStatusFrame", "Program Status");
@@ -55,6 +56,8 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramVie
     connectIo();
     Timer1.onTick = [this] { pollTick(); };
     Close.onClick = [this] { unload(); };
+    Reconnect.setVisible(false);
+    Reconnect.onClick = [this] { reconnect(); };
     ManualCmd.onKeyDown = [this](int& keyCode) { manualCommandKey(keyCode); };
 }
 
@@ -152,24 +155,69 @@ void MainControl::buildIoControls()
 void MainControl::formLoad()
 {
     pollSuspended = false;
-    link::ControllerLink& link = link::Link();
-    if (!link::OpenLink()) {
-        forms::MsgBox("Communication Open Error!");
-        link.connected = false;
-    } else {
-        link.connected = true;
-        updateSpdAccel();
-        updateDIOConfig();
-    }
+    unreadableReplies_ = 0;
+    setReadings(StatusReadings::Placeholders);
+    openLink();
     readPanelState();
+}
+
+void MainControl::openLink()
+{
+    link::ControllerLink& link = link::Link();
+    linkOpen_ = link::OpenLink();
+    // Set before any message: a tick during the message box must see the link as it is.
+    link.connected = linkOpen_;
+    Reconnect.setVisible(!linkOpen_);
+    setReadings(readings_);
+    if (!linkOpen_) {
+        forms::MsgBox("Communication Open Error!");
+        return;
+    }
+    // After a read that got no reply the next would wait as long again: the points stay inputs
+    // and the poll tells of the lost link. A failed read while opening is no operator's action.
+    dioConfig = 0;
+    if (updateSpdAccel())
+        updateDIOConfig();
+    failedCommand_.clear();
 }
 
 bool MainControl::formUnload()
 {
-    if (link::Link().connected)
+    link::ControllerLink& link = link::Link();
+    // Closed before the settings are written: a tick during a message about the file must not
+    // poll a closed link.
+    if (linkOpen_)
         link::CloseLink();
+    linkOpen_ = false;
+    link.connected = false;
     writePanelState();
     return true;
+}
+
+void MainControl::setReadings(StatusReadings readings)
+{
+    readings_ = readings;
+    if (onReadingsChanged)
+        onReadingsChanged();
+}
+
+// Polling stops and the operator is told once; the last readings stay, marked as not live.
+void MainControl::linkLost(const std::string& message)
+{
+    // Cleared before the message, so that no later tick can report the same loss again.
+    link::Link().connected = false;
+    Reconnect.setVisible(true);
+    setReadings(StatusReadings::Stopped);
+    forms::MsgBox(message);
+}
+
+void MainControl::reconnect()
+{
+    if (linkOpen_)
+        link::CloseLink();
+    unreadableReplies_ = 0;
+    // The readings stay marked until a status reply has been read over the new link.
+    openLink();
 }
 
 void MainControl::pollTick()
@@ -180,13 +228,18 @@ void MainControl::pollTick()
     std::string command = "???";
     std::string reply;
     if (!link::SendCommand(command, reply)) {
-        // Cleared before the message, so that no later tick can report the same loss again.
-        link.connected = false;
-        forms::MsgBox("Error Communication!");
+        linkLost("Error Communication!");
         return;
     }
-    if (!reply.empty() && reply[0] == '@')
-        updateAllStatus(reply);
+    if (updateAllStatus(reply) > 0) {
+        unreadableReplies_ = 0;
+        if (readings_ != StatusReadings::Live)
+            setReadings(StatusReadings::Live);
+        return;
+    }
+    if (++unreadableReplies_ >= kUnreadableRepliesToStop)
+        linkLost("The controller's status replies cannot be read, so the panel stopped updating. The last reply was \""
+                 + reply + "\".");
 }
 
 void MainControl::send(const std::string& command)
@@ -194,6 +247,30 @@ void MainControl::send(const std::string& command)
     std::string text = command;
     std::string reply;
     link::SendCommand(text, reply);
+}
+
+bool MainControl::exchangeChecked(const std::string& command, std::string& reply)
+{
+    std::string text = command;
+    if (link::SendCommand(text, reply))
+        return true;
+    // A command too long never went out; the exchange told the operator so.
+    if (failedCommand_.empty() && text.size() <= link::kLongestCommand)
+        failedCommand_ = text;
+    return false;
+}
+
+bool MainControl::sendChecked(const std::string& command)
+{
+    std::string reply;
+    return exchangeChecked(command, reply);
+}
+
+void MainControl::reportFailedCommand(const std::string& consequence)
+{
+    if (failedCommand_.empty())
+        return;
+    forms::MsgBox("No reply to " + std::exchange(failedCommand_, {}) + ": " + consequence);
 }
 
 } // namespace marlune::panel

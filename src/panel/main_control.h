@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "forms/form.h"
@@ -25,6 +26,12 @@ inline constexpr const char* kOutputOff = "DIO_OUT_OFF";
 inline constexpr const char* kLedOff = "LedOff";
 
 inline constexpr const char* kPanelStateFile = "marlune.ini";
+// Status replies in a row of which not one field could be read, after which polling stops.
+inline constexpr int kUnreadableRepliesToStop = 3;
+
+// What the status area holds: the start values until a status reply was read, then readings
+// while polling goes on, and the last readings once polling stopped for a lost link.
+enum class StatusReadings { Placeholders, Live, Stopped };
 inline constexpr std::array<const char*, 4> kAxisLetters = {"X", "Y", "Z", "U"};
 
 // The motion control panel: the live view of axes, digital points and programs, and all manual
@@ -79,6 +86,8 @@ public:
     forms::TextBox& ManualCmd;
     forms::TextBox& ReplyBox;
     forms::Button& Close;
+    // Shown while the link is down: opens it again and polling resumes.
+    forms::Button& Reconnect;
     forms::Timer& Timer1;
 
     bool pollSuspended = false;
@@ -86,13 +95,18 @@ public:
 
     // Status refresh.
     void pollTick();
-    void updateAllStatus(const std::string& replyStr);
+    // Applies the fields that can be read; how many of them were numbers.
+    int updateAllStatus(const std::string& replyStr);
+    StatusReadings statusReadings() const { return readings_; }
+    // Called when statusReadings() or the Reconnect button may have changed, for a view that
+    // marks what is not live.
+    std::function<void()> onReadingsChanged;
     static std::string GetStatusText(std::int32_t value);
     std::int16_t axesAreIdle(std::int32_t axisMask) const;
 
-    // Axis motion.
-    void downloadSpdAccel();
-    void updateSpdAccel();
+    // Axis motion. Both stop at the first failed exchange and return false.
+    bool downloadSpdAccel();
+    bool updateSpdAccel();
     void buildMoveCommand(std::string& command, std::int16_t direction, std::int16_t& axisMask) const;
     void setPositionCounter(const std::string& kind, const std::string& axis);
 
@@ -113,7 +127,7 @@ private:
     void connectPrograms();
     void connectIo();
 
-    void speedPrelude();
+    bool speedPrelude();
     void moveButton(std::int16_t direction, bool idleTest, const char* mode);
     void homeButton(const char* sign);
     void stopButton();
@@ -128,9 +142,23 @@ private:
     void readPanelState();
     void writePanelState();
 
+    void openLink();
+    void linkLost(const std::string& message);
+    void reconnect();
+    void setReadings(StatusReadings readings);
+
     // Sends a command through the exchange; the reply is dropped.
     static void send(const std::string& command);
+    // As send, and remembers the first command of the operator's action whose exchange failed.
+    bool sendChecked(const std::string& command);
+    bool exchangeChecked(const std::string& command, std::string& reply);
+    // Tells the operator, once per action, which command got no reply and what that may mean.
+    void reportFailedCommand(const std::string& consequence);
 
+    StatusReadings readings_ = StatusReadings::Placeholders;
+    int unreadableReplies_ = 0;
+    bool linkOpen_ = false; // opened by this showing and not closed yet
+    std::string failedCommand_;
     NewPos& newPos_;
     MonitorAI& monitorAI_;
     tools::ProgramViewer& programViewer_;

@@ -54,12 +54,17 @@ std::int16_t MainControl::axesAreIdle(std::int32_t axisMask) const
     return 1;
 }
 
-void MainControl::updateAllStatus(const std::string& replyStr)
+int MainControl::updateAllStatus(const std::string& replyStr)
 {
     const std::optional<StatusFields> split = SplitStatusReply(replyStr);
     if (!split)
-        return;
+        return 0;
     const auto& f = split->field;
+    int numbers = 0;
+    for (const auto& token : f) {
+        if (token && forms::ToInt32(*token))
+            ++numbers;
+    }
     // A decimal field that is empty, no number or too large for 32 bits is not applied.
     const auto decimal = [&f](int number) -> std::optional<std::int32_t> {
         const auto& token = f[static_cast<std::size_t>(number - 1)];
@@ -112,6 +117,7 @@ void MainControl::updateAllStatus(const std::string& replyStr)
         for (std::size_t a = 0; a < 4; ++a)
             Latch[a]->setPicture(Switch(*word, 1 << a));
     }
+    return numbers;
 }
 
 } // namespace marlune::panel

@@ -17,6 +17,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "forms/platform.h"
 #include "qt/default_button.h"
 #include "qt/key_translation.h"
 #include "qt/menu_builder.h"
@@ -356,6 +357,8 @@ void FormBinder::act(forms::Control& control, Action&& action)
 void FormBinder::textEdited(forms::TextBox& box, QWidget& widget)
 {
     const QString shown = WidgetText(widget);
+    if (refuseUnwritable(box, shown))
+        return;
     const TextSelection selection = WidgetSelection(widget);
     act(box, [&] {
         box.operatorSetText(ModelText(shown, box.multiLine));
@@ -408,7 +411,20 @@ bool FormBinder::textKey(forms::TextBox& box, const QKeyEvent& event)
     }
     if (!Typed(event))
         return false; // caret movement, deletion and editing keys: the widget edits, the model follows
-    act(box, [&] { box.operatorType(ModelText(event.text())); });
+    if (!refuseUnwritable(box, event.text()))
+        act(box, [&] { box.operatorType(ModelText(event.text())); });
+    return true;
+}
+
+bool FormBinder::refuseUnwritable(forms::TextBox& box, const QString& text)
+{
+    const std::optional<std::string> character = UnwritableCharacter(text);
+    if (!character)
+        return false;
+    sync(box);
+    forms::MsgBox("The character " + *character
+                  + " cannot be written in the controller's code page, so the text was left as it was and "
+                    "nothing was sent.");
     return true;
 }
 

@@ -24,7 +24,8 @@ bool ShowsAControl(const QWidget& widget);
 // control names. Values flow both ways under the model's event rules: a model change reaches
 // a widget only when the widget shows something else, and an operator's action reaches the
 // model only through the model's own operations, after which the widget shows what the model
-// kept. Menus and tool bars are built from the model. The binder decides nothing.
+// kept. Menus and tool bars are built from the model. The binder decides nothing, but for
+// refusing operator's text that the code page cannot hold.
 class FormBinder final : public QObject, public forms::FormView {
     Q_OBJECT
 
@@ -87,6 +88,9 @@ private:
     bool textKey(forms::TextBox& box, const QKeyEvent& event);
     void textEdited(forms::TextBox& box, QWidget& widget);
     void selectionMoved(forms::TextBox& box, QWidget& widget);
+    // Text the code page cannot hold never reaches the box: the widget shows the box's text
+    // again and the operator is told which character. True when `text` was refused.
+    bool refuseUnwritable(forms::TextBox& box, const QString& text);
 
     forms::Form& form_;
     QWidget& root_;

@@ -120,6 +120,7 @@ int main(int argc, char* argv[])
     marlune::shell::Program program;
     program.servingLinks = com.description;
     program.linkForRun = commandLine.link;
+    program.makersLibrary = com.source == marlune::marlunecom::ComSource::VendorLibrary;
     // Help says so at once where the language manual is not installed.
     if (!marlune::qt::LocateManual())
         program.helpFile.clear();

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -22,6 +23,9 @@ void MdiFrame::attachLayout()
         area_->setObjectName(QStringLiteral("mdiArea"));
         setCentralWidget(area_);
     }
+    // The link's panel, a child of the bar in the layout, takes the bar's free space on the left.
+    if (auto* link = statusBar()->findChild<QLabel*>(QStringLiteral("sbLink")))
+        statusBar()->addWidget(link, 1);
     clock_ = new StatusClock(*statusBar());
 }
 

@@ -67,6 +67,9 @@ void PictureWidget::paintEvent(QPaintEvent*)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    // A disabled picture is faded, as a disabled box greys its text: it shows no live state.
+    if (!isEnabled())
+        painter.setOpacity(0.35);
     const int side = std::min(width(), height()) - 2;
     const QRectF box((width() - side) / 2.0, (height() - side) / 2.0, side, side);
     painter.setPen(QPen(look.rim, std::max(1.5, side / 6.0)));

@@ -19,6 +19,7 @@
 
 #include "forms/control.h"
 #include "forms/form.h"
+#include "panel/main_control.h"
 #include "qt/file_filter.h"
 #include "qt/form_binder.h"
 #include "qt/form_layouts.h"
@@ -28,6 +29,7 @@
 #include "qt/menu_builder.h"
 #include "qt/printout.h"
 #include "qt/shown_text.h"
+#include "qt/status_mark.h"
 
 namespace marlune::qt {
 
@@ -119,6 +121,8 @@ QtPlatform::Showing& QtPlatform::show(forms::Form& form, QWidget* window)
     Showing& showing = showings_[&form];
     showing.window = window;
     showing.binder = new FormBinder(form, *window);
+    if (auto* panel = dynamic_cast<panel::MainControl*>(&form))
+        new StatusMark(*panel, *window);
     if (auto* formWindow = qobject_cast<FormWindow*>(window)) {
         formWindow->unhandledKey = [binder = showing.binder](int key) {
             return binder && binder->pressStandardButton(key);

@@ -1,5 +1,7 @@
 #include "qt/shown_text.h"
 
+#include <QList>
+
 #include "forms/text.h"
 
 namespace marlune::qt {
@@ -38,6 +40,15 @@ std::string ModelText(const QString& shown, bool multiLine)
             text.push_back(c);
     }
     return text;
+}
+
+std::optional<std::string> UnwritableCharacter(const QString& shown)
+{
+    for (const char32_t c : shown.toUcs4()) {
+        if (c != U'?' && forms::Utf8ToAnsi(QString::fromUcs4(&c, 1).toStdString()) == "?")
+            return QStringLiteral("U+%1").arg(static_cast<uint>(c), 4, 16, QLatin1Char('0')).toUpper().toStdString();
+    }
+    return std::nullopt;
 }
 
 int ShownPosition(std::string_view ansi, int pos, bool multiLine)

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,11 @@ namespace marlune::qt {
 // between them.
 QString ShownText(std::string_view ansi, bool multiLine = false);
 std::string ModelText(const QString& shown, bool multiLine = false);
+
+// The first character of `shown` that the code page cannot hold, named for the operator by its
+// number ("U+FF36"); nothing when ModelText would keep every character. Operator's text with
+// such a character is refused rather than sent with a "?" in its place.
+std::optional<std::string> UnwritableCharacter(const QString& shown);
 
 // The widget position of the model's position `pos`, and the model position of a widget
 // position (the first byte of the character there).

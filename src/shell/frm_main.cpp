@@ -7,6 +7,8 @@
 #include "config/setup_encoder_control.h"
 #include "config/setup_joystick.h"
 #include "forms/platform.h"
+#include "link/controller_link.h"
+#include "link/link_settings.h"
 #include "panel/main_control.h"
 #include "project/project_program.h"
 #include "project/projects.h"
@@ -43,7 +45,7 @@ std::string RecentCaption(std::size_t index, const std::string& name)
 
 FrmMain::FrmMain(Program& program)
     : forms::Form("frmMain", "MarluneDesk"), tbToolBar(add<forms::ToolBar>("tbToolBar", ToolButtons())),
-      program_(program)
+      sbLink(add<forms::Label>("sbLink", "")), program_(program)
 {
     buildMenus();
     connectMenus();
@@ -80,7 +82,10 @@ void FrmMain::connectMenus()
     menuItem("mnuSetup")->onClick = [this] { forms::ShowModal(program_.setup(), this); };
     menuItem("mnuSetupJoystick")->onClick = [this] { forms::ShowModal(program_.setupJoystick(), this); };
     menuItem("mnuSetupEncoderControl")->onClick = [this] { forms::ShowModal(program_.setupEncoderControl(), this); };
-    menuItem("mnuSetupCommunication")->onClick = [this] { forms::ShowModal(program_.comSetup(), this); };
+    menuItem("mnuSetupCommunication")->onClick = [this] {
+        forms::ShowModal(program_.comSetup(), this);
+        showLinkInUse();
+    };
     menuItem("mnuHelpContents")->onClick = [this] { showHelp(kHelpContents); };
     menuItem("mnuHelpSearchForHelpOn")->onClick = [this] { showHelp(kHelpSearch); };
     menuItem("mnuHelpAbout")->onClick = [this] { forms::ShowModal(program_.about(), this); };
@@ -113,8 +118,15 @@ void FrmMain::editProgramText(EditCommand command)
         text.setSelText({});
 }
 
+void FrmMain::showLinkInUse()
+{
+    const link::ControllerLink& link = link::Link();
+    sbLink.setCaption(link::DescribeLinkInUse(link.linkKind, link.ipAddress, link.comPort, program_.makersLibrary));
+}
+
 void FrmMain::formLoad()
 {
+    showLinkInUse();
     project::RecentProjects& recent = program_.projects().recent;
     recent.onChange = [this] { showRecentProjects(); };
     recent.read();

@@ -23,6 +23,11 @@ public:
     explicit FrmMain(Program& program);
 
     forms::ToolBar& tbToolBar;
+    // The status bar's panel that names the link in use, so that the simulated controller is
+    // never taken for a machine.
+    forms::Label& sbLink;
+
+    void showLinkInUse();
 
     forms::MenuItem* menuItem(std::string_view name) const { return find<forms::MenuItem>(name); }
 

@@ -29,7 +29,7 @@ Program::~Program() = default;
 void Program::Main()
 {
     link::ControllerLink& link = link::Link();
-    link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
+    const std::string problem = link::LoadLinkSettings(link.linkKind, link.ipAddress, link.comPort);
     if (linkForRun) {
         link.linkKind = linkForRun->linkKind;
         link.ipAddress = linkForRun->ipAddress;
@@ -39,6 +39,9 @@ void Program::Main()
     FrmMain& main = frame();
     if (main.load())
         forms::CurrentPlatform().showModeless(main, nullptr);
+    // A link chosen for the run makes what marlunecom.ini says beside the point.
+    if (!problem.empty() && !linkForRun)
+        forms::MsgBox(problem, forms::MessageButtons::OK, forms::MessageIcon::Exclamation);
 }
 
 FrmMain& Program::frame()

@@ -52,7 +52,8 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Start-up: reads the link settings, then creates and shows the frame, not modally.
+    // Start-up: reads the link settings, then creates and shows the frame, not modally, and
+    // tells the operator when the settings file could not be used.
     void Main();
 
     FrmMain& frame();
@@ -74,6 +75,8 @@ public:
     std::string servingLinks;
     // A link chosen for this run only, over what marlunecom.ini says; the file stays as it is.
     std::optional<link::LinkSettings> linkForRun;
+    // The controller maker's library serves every link kind.
+    bool makersLibrary = false;
 
     // A form that exists now, by the name the scenarios and tests use ("frmMain", "Terminal",
     // "frmProjectProgram[2]"); nothing when there is none.

@@ -19,6 +19,7 @@ struct SettingsFile {
     std::string ipAddress;
     std::string comPort;
     std::string linkAddress;
+    bool damaged = false; // the operator is told, naming the file
 };
 
 class SettingsFiles : public HeadlessFixture, public ::testing::WithParamInterface<SettingsFile> {};
@@ -28,7 +29,9 @@ TEST_P(SettingsFiles, FillTheFieldsAndDeriveTheAddress)
     const SettingsFile& file = GetParam();
     ASSERT_EQ(file.bytes ? forms::WriteFileAtomically(kLinkSettingsFile, *file.bytes) : "", "");
     ControllerLink& l = Link() = ControllerLink{0, "old ip", "old port", "", false, 0};
-    EXPECT_TRUE(LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort));
+    const std::string problem = LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort);
+    EXPECT_EQ(problem.empty(), !file.damaged) << problem;
+    EXPECT_EQ(problem.find("marlunecom.ini is damaged") != std::string::npos, file.damaged) << problem;
     EXPECT_EQ(l.linkKind, file.kind);
     EXPECT_EQ(l.ipAddress, file.ipAddress);
     EXPECT_EQ(l.comPort, file.comPort);
@@ -37,18 +40,29 @@ TEST_P(SettingsFiles, FillTheFieldsAndDeriveTheAddress)
 }
 
 // Lines end at CR LF, CR or LF, and the last one may have no end at all. A first line that is
-// no number leaves the kind as it was (0 here); a missing line leaves its field alone.
+// no number leaves the kind as it was (0 here) and, as a kind that is not 1 to 3, is told; a
+// missing line leaves its field alone.
 INSTANTIATE_TEST_SUITE_P(
         Files, SettingsFiles,
         ::testing::Values(SettingsFile{std::nullopt, 1, "192.168.1.250", "COM1", ""},
                           SettingsFile{" 2 \r\n127.0.0.1\r\nCOM4\r\n", 2, "127.0.0.1", "COM4", "127.0.0.1"},
                           SettingsFile{"2\n127.0.0.1:5001\nCOM4\n", 2, "127.0.0.1:5001", "COM4", "127.0.0.1:5001"},
                           SettingsFile{" 3 \r127.0.0.1\rCOM4", 3, "127.0.0.1", "COM4", "COM4"},
-                          SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "127.0.0.1", "COM9", "COM9"},
+                          SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "127.0.0.1", "COM9", "COM9", true},
                           SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, "127.0.0.1", "COM9", ""},
-                          SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "127.0.0.1", "COM2", "COM2"},
+                          SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "127.0.0.1", "COM2", "COM2", true},
                           SettingsFile{" 2 \r\n10.0.0.2", 2, "10.0.0.2", "old port", "10.0.0.2"},
-                          SettingsFile{"", 0, "old ip", "old port", "old port"}));
+                          SettingsFile{"", 0, "old ip", "old port", "old port", true}));
+
+TEST_F(HeadlessFixture, AFolderInTheSettingsPlaceIsNamedAndTheSimulatedControllerIsSaidToBeUsed)
+{
+    std::filesystem::create_directory(kLinkSettingsFile);
+    ControllerLink& l = Link();
+    EXPECT_EQ(LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort),
+              "The link settings file marlunecom.ini cannot be read: it is a folder. The built-in simulated "
+              "controller is used, not a machine.");
+    EXPECT_EQ(l.linkKind, 1);
+}
 
 TEST_F(HeadlessFixture, SavedSettingsAreThreeLinesWithTheKindBetweenBlanks)
 {

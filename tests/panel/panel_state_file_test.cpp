@@ -17,6 +17,7 @@ using PanelStateFile = testing::HeadlessFixture;
 TEST_F(PanelStateFile, AFileThatCannotBeWrittenIsNamedInOneMessageAndThePanelStillCloses)
 {
     std::filesystem::create_directory(kPanelStateFile); // a folder where the file should be
+    platform.setMessageDwell(2000);                     // the poll's timer falls due during the message
 
     NewPos newPos;
     MonitorAI monitor;

@@ -10,6 +10,7 @@
 #include <QTextBlock>
 
 #include "forms/control.h"
+#include "headless/headless_platform.h"
 #include "qt/form_binder.h"
 #include "qt/form_layouts.h"
 #include "qt/picture_widget.h"
@@ -174,6 +175,25 @@ TEST_F(Binder, WidgetEditsReachTheModelWithTheCaretWhereTheOperatorLeftIt)
     log->insertPlainText(QStringLiteral("x\ny"));
     EXPECT_EQ(form.Log.text(), "ab\r\nx\r\nycd");
     EXPECT_EQ(form.Log.selStart(), 8);
+}
+
+// What the code page cannot hold is refused, pasted or typed, and named; the rest goes in.
+TEST_F(Binder, TextTheCodePageCannotHoldIsRefusedNamingTheCharacter)
+{
+    headless::HeadlessPlatform seen; // takes the messages, which the desktop would show modally
+    forms::SetPlatform(&seen);
+    QApplication::clipboard()->setText(QString::fromUtf8("\xc3\xa9\xe2\x82\xac\xce\xa9")); // é€Ω
+    name->paste();
+    Type(name, QString::fromUtf8("\xef\xbc\xb6")); // Ｖ
+    Type(name, QString::fromUtf8("\xc3\xa9"));
+    forms::SetPlatform(&desk.platform);
+    EXPECT_EQ(form.Name.text(), "\xe9");
+    EXPECT_EQ(name->text(), QString::fromUtf8("\xc3\xa9"));
+    ASSERT_EQ(seen.messages().size(), 2u);
+    const std::string refused = " cannot be written in the controller's code page, so the text was left as it was and "
+                                "nothing was sent.";
+    EXPECT_EQ(seen.messages()[0].request.text, "The character U+03A9" + refused);
+    EXPECT_EQ(seen.messages()[1].request.text, "The character U+FF36" + refused);
 }
 
 TEST_F(Binder, ClicksRaiseClickOnceOptionButtonsFollowTheModelsGroupsAndADetachedBinderDoesNothing)

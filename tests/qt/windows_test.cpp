@@ -23,6 +23,7 @@
 #include <memory>
 
 #include "forms/control.h"
+#include "headless/headless_platform.h"
 #include "panel/main_control.h"
 #include "project/project_manager.h"
 #include "project/project_program.h"
@@ -391,8 +392,16 @@ TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
     QTimer::singleShot(0, [&] {
         QWidget* window = desk.platform.window(panel);
         window->resize(window->sizeHint().expandedTo(QSize(980, 600)));
+        // Until a status reply is read, and once polling stopped, the status area is marked.
+        const auto mark = [window] {
+            return QStringList{window->findChild<QLabel*>("statusMark")->text(),
+                               window->findChild<QWidget*>("MotorStatusFrame")->isEnabled() ? "live" : "grey",
+                               window->findChild<QWidget*>("Reconnect")->isHidden() ? "" : "Reconnect"};
+        };
+        EXPECT_EQ(mark(), (QStringList{"Not updated yet: no status reply has been read", "grey", ""}));
         panel.pollTick();
         Settle();
+        EXPECT_EQ(mark(), (QStringList{"", "live", ""}));
         EXPECT_EQ(window->findChild<QLineEdit*>("PosX")->text(), "1200");
         EXPECT_TRUE(SaveScreenshot(*window, "MainControl.png"));
 
@@ -408,6 +417,20 @@ TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
         panel.pollTick();
         Settle();
         EXPECT_GT(counter.paints, 0) << "a changed position is painted";
+
+        headless::HeadlessPlatform seen; // takes the message, which the desktop would show modally
+        forms::SetPlatform(&seen);
+        desk.com.failNext("???", 1);
+        panel.pollTick();
+        forms::SetPlatform(&desk.platform);
+        Settle();
+        EXPECT_EQ(mark(), (QStringList{"Not updating: the link was lost", "grey", "Reconnect"}));
+        EXPECT_EQ(window->findChild<QLineEdit*>("PosX")->text(), "1201") << "the last readings stay";
+        window->findChild<QPushButton*>("Reconnect")->click();
+        EXPECT_EQ(mark(), (QStringList{"Not updating: the link was lost", "grey", ""})) << "until a reply is read";
+        panel.pollTick();
+        Settle();
+        EXPECT_EQ(mark(), (QStringList{"", "live", ""}));
         ran = true;
         panel.unload();
     });

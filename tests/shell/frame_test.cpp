@@ -64,15 +64,18 @@ TEST_F(Frame, ShutDownWritesThePlaceInTwipsUnlessMinimised)
     EXPECT_EQ(platform.setting("Settings", "MainHeight"), "9000");
 }
 
-// A link chosen for the run stands over marlunecom.ini and leaves the file as it was.
+// A link chosen for the run stands over marlunecom.ini, shows in the status bar, and leaves the
+// file as it was; a damaged file then says nothing.
 TEST_F(Frame, ALinkForTheRunStandsOverTheSettingsFileAndLeavesItAlone)
 {
-    ASSERT_EQ(forms::WriteFileAtomically(link::kLinkSettingsFile, "3\r\n192.0.2.1\r\nCOM4\r\n"), "");
+    ASSERT_EQ(forms::WriteFileAtomically(link::kLinkSettingsFile, "x\r\n192.0.2.1\r\nCOM4\r\n"), "");
     program.linkForRun = link::LinkSettings{2, "127.0.0.1:6001", "COM1"};
     program.Main();
     const link::ControllerLink& link = link::Link();
     EXPECT_EQ(std::to_string(link.linkKind) + " " + link.linkAddress, "2 127.0.0.1:6001");
-    EXPECT_EQ(forms::ReadFileBytes(link::kLinkSettingsFile), "3\r\n192.0.2.1\r\nCOM4\r\n");
+    EXPECT_EQ(program.frame().sbLink.caption(), "TCP 127.0.0.1:6001");
+    EXPECT_EQ(forms::ReadFileBytes(link::kLinkSettingsFile), "x\r\n192.0.2.1\r\nCOM4\r\n");
+    EXPECT_TRUE(platform.messages().empty());
 }
 
 // The list of the last run comes back at start, each name once, and its empty places stay hidden;
