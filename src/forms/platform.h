@@ -74,7 +74,9 @@ public:
     // `heading` above it, so that a printed page says what it holds; false on failure.
     virtual bool printText(const std::string& heading, const std::string& text) = 0;
 
-    virtual std::string clipboardText() = 0;
+    // Nothing when the clipboard holds a character that the program's code page cannot hold;
+    // the operator has then been told which.
+    virtual std::optional<std::string> clipboardText() = 0;
     virtual void setClipboardText(const std::string& text) = 0;
 
     // The per-user settings store.

@@ -56,7 +56,7 @@ public:
     forms::FileDialogResult fileDialog(const forms::FileDialogRequest& request) override;
     forms::PrintDialogResult printDialog(const std::string& title) override;
     bool printText(const std::string& heading, const std::string& text) override;
-    std::string clipboardText() override { return clipboard_; }
+    std::optional<std::string> clipboardText() override { return clipboard_; }
     void setClipboardText(const std::string& text) override { clipboard_ = text; }
     std::optional<std::string> readSetting(const std::string& application, const std::string& section,
                                            const std::string& key) override;

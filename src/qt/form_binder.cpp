@@ -422,9 +422,7 @@ bool FormBinder::refuseUnwritable(forms::TextBox& box, const QString& text)
     if (!character)
         return false;
     sync(box);
-    forms::MsgBox("The character " + *character
-                  + " cannot be written in the controller's code page, so the text was left as it was and "
-                    "nothing was sent.");
+    forms::MsgBox(UnwritableMessage(*character));
     return true;
 }
 

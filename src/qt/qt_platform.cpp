@@ -354,10 +354,15 @@ bool QtPlatform::printText(const std::string& heading, const std::string& text)
     return printer().printerState() != QPrinter::Error;
 }
 
-std::string QtPlatform::clipboardText()
+std::optional<std::string> QtPlatform::clipboardText()
 {
+    const QString text = QGuiApplication::clipboard()->text();
+    if (const std::optional<std::string> character = UnwritableCharacter(text)) {
+        forms::MsgBox(UnwritableMessage(*character));
+        return std::nullopt;
+    }
     // The desktop's text has LF between lines; the program's has CR LF.
-    return ModelText(QGuiApplication::clipboard()->text(), true);
+    return ModelText(text, true);
 }
 
 void QtPlatform::setClipboardText(const std::string& text)

@@ -51,6 +51,12 @@ std::optional<std::string> UnwritableCharacter(const QString& shown)
     return std::nullopt;
 }
 
+std::string UnwritableMessage(const std::string& character)
+{
+    return "The character " + character
+           + " cannot be written in the controller's code page, so the text was left as it was and nothing was sent.";
+}
+
 int ShownPosition(std::string_view ansi, int pos, bool multiLine)
 {
     int shown = 0;

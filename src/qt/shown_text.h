@@ -20,6 +20,8 @@ std::string ModelText(const QString& shown, bool multiLine = false);
 // number ("U+FF36"); nothing when ModelText would keep every character. Operator's text with
 // such a character is refused rather than sent with a "?" in its place.
 std::optional<std::string> UnwritableCharacter(const QString& shown);
+// What the operator is told when text holds such a character.
+std::string UnwritableMessage(const std::string& character);
 
 // The widget position of the model's position `pos`, and the model position of a widget
 // position (the first byte of the character there).

@@ -110,7 +110,8 @@ void FrmMain::editProgramText(EditCommand command)
         return;
     forms::TextBox& text = window->programText;
     if (command == EditCommand::Paste) {
-        text.setSelText(platform.clipboardText());
+        if (const std::optional<std::string> pasted = platform.clipboardText())
+            text.setSelText(*pasted);
         return;
     }
     platform.setClipboardText(text.selText());

@@ -92,13 +92,20 @@ TEST(Platform, FileDialogsShowTitleAndFilterAskToReplaceOnlyWhenToldAndAddTheirE
     QFile::remove(there);
 }
 
-TEST(Platform, TheClipboardHoldsDesktopLinesAndGivesBackTheProgramsLines)
+TEST(Platform, TheClipboardHoldsDesktopLinesGivesBackTheProgramsLinesAndRefusesWhatTheyCannotHold)
 {
     QtDesk desk;
     desk.platform.setClipboardText("a\r\nb\xe9");
     EXPECT_EQ(QApplication::clipboard()->text(), QString::fromUtf8("a\nbé"));
     QApplication::clipboard()->setText(QString::fromUtf8("x\ny€"));
     EXPECT_EQ(desk.platform.clipboardText(), "x\r\ny\x80");
+    // A character the code page cannot hold gives no text at all, and says which it is.
+    SeenBox seen;
+    Answer(QMessageBox::Ok, seen);
+    QApplication::clipboard()->setText(QString::fromUtf8("V\uff21R"));
+    EXPECT_FALSE(desk.platform.clipboardText());
+    EXPECT_TRUE(std::get<1>(seen).startsWith(QStringLiteral("The character U+FF21 ")))
+            << std::get<1>(seen).toStdString();
 }
 
 class Clocked final : public forms::Form {
