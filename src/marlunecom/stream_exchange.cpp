@@ -36,21 +36,23 @@ bool WriteRequest(QIODevice& device, std::string_view request, const QDeadlineTi
 
 } // namespace
 
-bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, std::chrono::milliseconds timeout)
+ExchangeOutcome ExchangeOverStream(QIODevice& device, std::string_view request, char* reply,
+                                   const QDeadlineTimer& deadline)
 {
-    const QDeadlineTimer deadline(timeout);
     DiscardLateBytes(device);
     if (!WriteRequest(device, request, deadline))
-        return false;
+        return ExchangeOutcome::NotSent;
 
     std::size_t filled = 0;
     std::array<char, 1024> chunk{};
     for (;;) {
-        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(RemainingMs(deadline)))
-            return filled == link::kReceiveBufferSize; // a full buffer is a reply, cut
+        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(RemainingMs(deadline))) {
+            // A full buffer is a reply, cut.
+            return filled == link::kReceiveBufferSize ? ExchangeOutcome::Answered : ExchangeOutcome::NoReply;
+        }
         const auto got = device.read(chunk.data(), static_cast<qint64>(chunk.size()));
         if (got < 0)
-            return false;
+            return ExchangeOutcome::NoReply;
         const std::string_view bytes(chunk.data(), static_cast<std::size_t>(got));
         const auto end = bytes.find(kReplyTerminator);
         const auto text = bytes.substr(0, end);
@@ -60,9 +62,21 @@ bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply
         if (end != std::string_view::npos) {
             if (filled < link::kReceiveBufferSize)
                 reply[filled] = kReplyTerminator;
-            return true;
+            return ExchangeOutcome::Answered;
         }
     }
+}
+
+int DrainOwedReplies(QIODevice& device, int owed, const QDeadlineTimer& deadline)
+{
+    std::array<char, 1024> chunk{};
+    while (owed > 0 && (device.bytesAvailable() > 0 || device.waitForReadyRead(RemainingMs(deadline)))) {
+        const auto got = device.read(chunk.data(), static_cast<qint64>(chunk.size()));
+        if (got < 0)
+            break;
+        owed -= static_cast<int>(std::count(chunk.data(), chunk.data() + got, kReplyTerminator));
+    }
+    return std::max(owed, 0);
 }
 
 } // namespace marlune::marlunecom
