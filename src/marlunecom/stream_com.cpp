@@ -53,19 +53,20 @@ std::int32_t StreamCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, con
 
 bool StreamCom::probe(Stream& stream, std::string_view request, char* reply)
 {
-    if (stream.probeRenewal.hasExpired()) {
+    // A pause as long as the probe ends the operator's action: the next one probes afresh.
+    if (stream.probeRenewal.hasExpired())
         stream.probeLeftMs = timeouts_.probe.count();
-        stream.probeRenewal.setRemainingTime(timeouts_.reply);
-    }
+    bool answered = false;
     // Spent: a request whose reply nobody would wait for must not go out.
-    if (stream.probeLeftMs <= 0)
-        return false;
-    if (stream.owedExpiry.hasExpired())
-        stream.owed = 0;
-    const QDeadlineTimer deadline(stream.probeLeftMs);
-    const bool answered = resynchronise(*stream.device, stream.owed, deadline)
-                          && settle(stream, ExchangeOverStream(*stream.device, request, reply, deadline));
-    stream.probeLeftMs = std::max<qint64>(deadline.remainingTime(), 0);
+    if (stream.probeLeftMs > 0) {
+        if (stream.owedExpiry.hasExpired())
+            stream.owed = 0;
+        const QDeadlineTimer deadline(stream.probeLeftMs);
+        answered = resynchronise(*stream.device, stream.owed, deadline)
+                   && settle(stream, ExchangeOverStream(*stream.device, request, reply, deadline));
+        stream.probeLeftMs = std::max<qint64>(deadline.remainingTime(), 0);
+    }
+    stream.probeRenewal.setRemainingTime(timeouts_.probe);
     return answered;
 }
 
@@ -85,7 +86,7 @@ bool StreamCom::settle(Stream& stream, ExchangeOutcome outcome)
     } else if (!stream.lost) {
         stream.lost = true;
         stream.probeLeftMs = timeouts_.probe.count();
-        stream.probeRenewal.setRemainingTime(timeouts_.reply);
+        stream.probeRenewal.setRemainingTime(timeouts_.probe);
     }
     return false;
 }

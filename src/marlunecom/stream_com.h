@@ -25,9 +25,10 @@ enum class ExchangeOutcome;
 //
 // A silent peer fails the exchange and leaves the handle lost, not dead (a controller busy
 // with its EEPROM answers again later). A reply time-out is waited once: the exchanges on a
-// lost handle share the probe time of LinkTimeouts, each first brings the stream back in step
-// so that the reply it was not given cannot answer a later request, and the first that is
-// answered makes the handle sound again.
+// lost handle that follow one another without a pause (one operator action) share the probe
+// time of LinkTimeouts, each first brings the stream back in step so that the reply it was
+// not given cannot answer a later request, and the first that is answered makes the handle
+// sound again.
 //
 // No event loop runs during a call: the waits poll the device themselves.
 class StreamCom : public link::MarluneCom {

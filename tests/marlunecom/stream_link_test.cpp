@@ -28,9 +28,9 @@ using namespace std::chrono_literals;
 using testing::PeerReply;
 using testing::PeerScript;
 
-// The probe is short beside the reply time-out, so that what a spent probe holds back is
-// plain however slowly the test runs.
-constexpr LinkTimeouts kShortTimeouts{200ms, 400ms, 100ms};
+// The probe is long enough that exchanges made one after the other share it however slowly
+// the test runs.
+constexpr LinkTimeouts kShortTimeouts{200ms, 400ms, 300ms};
 const std::string kBig(link::kReceiveBufferSize + 3000, 'x');
 const std::string kFull(link::kReceiveBufferSize, 'f');
 
@@ -148,8 +148,8 @@ TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
 
 // An unfinished reply fails after the reply time-out and the link is lost: the exchanges that
 // follow share the probe time, in which a TCP link connects anew and sends, while a serial
-// link waits for the reply it is owed; once the probe is spent nothing goes out. The probe is
-// renewed a reply time-out later, and an owed reply is given up after five.
+// link waits for the reply it is owed; once the probe is spent nothing goes out. A pause as
+// long as the probe renews it, and an owed reply is given up after five reply time-outs.
 TYPED_TEST(StreamLinkTest, AfterALostReplyTheExchangesShareAProbeAndThenSendNothing)
 {
     ASSERT_EQ(this->exchange(this->handle, "HALF\r"), 0);
