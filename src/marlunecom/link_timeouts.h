@@ -15,6 +15,9 @@ struct LinkTimeouts {
     // all, reconnecting or draining included; once it is spent they fail at once and send
     // nothing. An exchange after a pause as long as the probe has it afresh.
     std::chrono::milliseconds probe{200};
+    // How long a serial line must stay silent after a lost reply before a request goes out,
+    // so that the late reply is drained rather than taken for the next; part of the probe.
+    std::chrono::milliseconds quiet{100};
 };
 
 } // namespace marlune::marlunecom

@@ -44,10 +44,9 @@ bool SerialCom::gone(const QIODevice& device) const
     return static_cast<const QSerialPort&>(device).error() == QSerialPort::ResourceError;
 }
 
-bool SerialCom::resynchronise(QIODevice& device, int& owed, const QDeadlineTimer& deadline)
+bool SerialCom::resynchronise(QIODevice& device, const QDeadlineTimer& deadline)
 {
-    owed = DrainOwedReplies(device, owed, deadline);
-    return owed == 0;
+    return DrainUntilQuiet(device, timeouts().quiet, deadline);
 }
 
 } // namespace marlune::marlunecom

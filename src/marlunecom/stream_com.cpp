@@ -9,20 +9,11 @@
 #include <algorithm>
 
 namespace marlune::marlunecom {
-namespace {
-
-// A reply this many reply time-outs overdue is not coming: the controller was reset or lost
-// the request, and waiting for it would keep the link lost for good.
-constexpr int kOwedReplyLifetime = 5;
-
-} // namespace
 
 struct StreamCom::Stream {
     std::unique_ptr<QIODevice> device;
     bool dead = false;
     bool lost = false;           // a reply went missing and the peer has not answered since
-    int owed = 0;                // replies to requests that went out and were given up on
-    QDeadlineTimer owedExpiry;   // when the owed replies are no longer expected
     QDeadlineTimer probeRenewal; // when a lost stream's probe time is renewed
     qint64 probeLeftMs = 0;
 };
@@ -59,10 +50,8 @@ bool StreamCom::probe(Stream& stream, std::string_view request, char* reply)
     bool answered = false;
     // Spent: a request whose reply nobody would wait for must not go out.
     if (stream.probeLeftMs > 0) {
-        if (stream.owedExpiry.hasExpired())
-            stream.owed = 0;
         const QDeadlineTimer deadline(stream.probeLeftMs);
-        answered = resynchronise(*stream.device, stream.owed, deadline)
+        answered = resynchronise(*stream.device, deadline)
                    && settle(stream, ExchangeOverStream(*stream.device, request, reply, deadline));
         stream.probeLeftMs = std::max<qint64>(deadline.remainingTime(), 0);
     }
@@ -70,15 +59,11 @@ bool StreamCom::probe(Stream& stream, std::string_view request, char* reply)
     return answered;
 }
 
-bool StreamCom::settle(Stream& stream, ExchangeOutcome outcome)
+bool StreamCom::settle(Stream& stream, bool answered)
 {
-    if (outcome == ExchangeOutcome::Answered) {
+    if (answered) {
         stream.lost = false;
         return true;
-    }
-    if (outcome == ExchangeOutcome::NoReply) {
-        ++stream.owed;
-        stream.owedExpiry.setRemainingTime(timeouts_.reply * kOwedReplyLifetime);
     }
     if (gone(*stream.device)) {
         stream.device->close();

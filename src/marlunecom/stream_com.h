@@ -13,8 +13,6 @@ class QIODevice;
 
 namespace marlune::marlunecom {
 
-enum class ExchangeOutcome;
-
 // A link over a byte stream, one open device per handle, used in blocking calls: the exchange
 // and the close are the same for every stream; a subclass opens the device and brings it back
 // in step after a lost reply.
@@ -49,16 +47,15 @@ protected:
     // Whether a device whose exchange failed has gone for good; it is then closed.
     virtual bool gone(const QIODevice& device) const = 0;
 
-    // Brings a lost stream back in step by the deadline, so that none of the `owed` replies to
-    // requests given up on can answer the next request; leaves in `owed` what is still owed.
-    // False when the stream is not fit for a request yet.
-    virtual bool resynchronise(QIODevice& device, int& owed, const QDeadlineTimer& deadline) = 0;
+    // Brings a lost stream back in step by the deadline, so that a reply given up on cannot
+    // answer the next request. False when the stream is not fit for a request yet.
+    virtual bool resynchronise(QIODevice& device, const QDeadlineTimer& deadline) = 0;
 
 private:
     struct Stream;
 
     bool probe(Stream& stream, std::string_view request, char* reply);
-    bool settle(Stream& stream, ExchangeOutcome outcome);
+    bool settle(Stream& stream, bool answered);
 
     LinkTimeouts timeouts_;
     HandleTable<Stream> streams_;

@@ -36,23 +36,20 @@ bool WriteRequest(QIODevice& device, std::string_view request, const QDeadlineTi
 
 } // namespace
 
-ExchangeOutcome ExchangeOverStream(QIODevice& device, std::string_view request, char* reply,
-                                   const QDeadlineTimer& deadline)
+bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, const QDeadlineTimer& deadline)
 {
     DiscardLateBytes(device);
     if (!WriteRequest(device, request, deadline))
-        return ExchangeOutcome::NotSent;
+        return false;
 
     std::size_t filled = 0;
     std::array<char, 1024> chunk{};
     for (;;) {
-        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(RemainingMs(deadline))) {
-            // A full buffer is a reply, cut.
-            return filled == link::kReceiveBufferSize ? ExchangeOutcome::Answered : ExchangeOutcome::NoReply;
-        }
+        if (device.bytesAvailable() == 0 && !device.waitForReadyRead(RemainingMs(deadline)))
+            return filled == link::kReceiveBufferSize; // a full buffer is a reply, cut
         const auto got = device.read(chunk.data(), static_cast<qint64>(chunk.size()));
         if (got < 0)
-            return ExchangeOutcome::NoReply;
+            return false;
         const std::string_view bytes(chunk.data(), static_cast<std::size_t>(got));
         const auto end = bytes.find(kReplyTerminator);
         const auto text = bytes.substr(0, end);
@@ -62,21 +59,21 @@ ExchangeOutcome ExchangeOverStream(QIODevice& device, std::string_view request, 
         if (end != std::string_view::npos) {
             if (filled < link::kReceiveBufferSize)
                 reply[filled] = kReplyTerminator;
-            return ExchangeOutcome::Answered;
+            return true;
         }
     }
 }
 
-int DrainOwedReplies(QIODevice& device, int owed, const QDeadlineTimer& deadline)
+bool DrainUntilQuiet(QIODevice& device, std::chrono::milliseconds quiet, const QDeadlineTimer& deadline)
 {
-    std::array<char, 1024> chunk{};
-    while (owed > 0 && (device.bytesAvailable() > 0 || device.waitForReadyRead(RemainingMs(deadline)))) {
-        const auto got = device.read(chunk.data(), static_cast<qint64>(chunk.size()));
-        if (got < 0)
-            break;
-        owed -= static_cast<int>(std::count(chunk.data(), chunk.data() + got, kReplyTerminator));
+    for (;;) {
+        device.readAll();
+        const auto left = deadline.remainingTime();
+        if (left < quiet.count())
+            return false;
+        if (!device.waitForReadyRead(static_cast<int>(quiet.count())))
+            return true;
     }
-    return std::max(owed, 0);
 }
 
 } // namespace marlune::marlunecom

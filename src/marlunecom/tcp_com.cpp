@@ -62,9 +62,8 @@ bool TcpCom::gone(const QIODevice& device) const
     return static_cast<const QTcpSocket&>(device).state() != QAbstractSocket::ConnectedState;
 }
 
-bool TcpCom::resynchronise(QIODevice& device, int& owed, const QDeadlineTimer& deadline)
+bool TcpCom::resynchronise(QIODevice& device, const QDeadlineTimer& deadline)
 {
-    owed = 0;
     return static_cast<ControllerSocket&>(device).reconnectWithin(static_cast<int>(deadline.remainingTime()));
 }
 

@@ -25,7 +25,7 @@ public:
 
 private:
     bool gone(const QIODevice& device) const override;
-    bool resynchronise(QIODevice& device, int& owed, const QDeadlineTimer& deadline) override;
+    bool resynchronise(QIODevice& device, const QDeadlineTimer& deadline) override;
 };
 
 } // namespace marlune::marlunecom

@@ -80,8 +80,9 @@ TEST_P(SimulatorLinkTest, EveryAnsweredRequestGetsItsOwnReply)
     ASSERT_TRUE(port);
     const auto address = c.kind == 3 ? simulator.lineAfter("pty ") : "127.0.0.1:" + std::to_string(*port);
     ASSERT_TRUE(address);
-    // A probe long enough for a reply 250 ms late, so that the link is seen coming back.
-    constexpr LinkTimeouts kTimeouts{200ms, 200ms, 500ms};
+    // A probe long enough for a drain past a reply 50 ms over the time-out and for a reply
+    // 250 ms late, so that the link is seen coming back.
+    constexpr LinkTimeouts kTimeouts{200ms, 200ms, 800ms, 300ms};
     KindRouterCom com{nullptr, std::make_unique<TcpCom>(kTimeouts), std::make_unique<SerialCom>(kTimeouts)};
     const auto handle = testing::OpenLink(com, c.kind, 0, *address);
     ASSERT_GT(handle, 0);
