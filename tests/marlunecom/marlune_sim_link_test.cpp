@@ -59,7 +59,9 @@ bool Fits(const std::string& command, const std::string& reply)
 {
     if (command == "???")
         return reply.substr(0, 1) == "@";
-    return !reply.empty() && reply.find_first_not_of("0123456789") == std::string::npos;
+    if (command == "V1")
+        return !reply.empty() && reply.find_first_not_of("0123456789") == std::string::npos;
+    return true;
 }
 
 class SimulatorLinkTest : public ::testing::TestWithParam<FaultCase> {};
@@ -103,13 +105,17 @@ TEST_P(SimulatorLinkTest, EveryAnsweredRequestGetsItsOwnReply)
 const std::vector<SimStep> kHungThenBack = {
         {"???", true}, {"V1", false, SIGSTOP}, {"???", true, SIGCONT}, {"V1", true}};
 const std::vector<SimStep> kJustOverTheTimeout = {{"???", false}, {"V1", true}, {"???", false}, {"V1", true}};
+// Writing its EEPROM for 0.4 s, the controller drops the request it gets: the serial line is
+// drained until quiet, not until that reply comes, so the next ask is answered.
+const std::vector<SimStep> kAskAfterStore = {{"STORE", true}, {"V1", false}, {"V1", true}};
 const std::vector<SimStep> kStatusTwice = {{"???", false}, {"???", false}};
 
 INSTANTIATE_TEST_SUITE_P(
         Faults, SimulatorLinkTest,
         ::testing::Values(FaultCase{2, nullptr, kHungThenBack}, FaultCase{3, nullptr, kHungThenBack},
                           FaultCase{2, "slow=250", kJustOverTheTimeout}, FaultCase{3, "slow=250", kJustOverTheTimeout},
-                          FaultCase{2, "no-reply", kStatusTwice}, FaultCase{2, "no-terminator", kStatusTwice},
+                          FaultCase{3, nullptr, kAskAfterStore}, FaultCase{2, "no-reply", kStatusTwice},
+                          FaultCase{2, "no-terminator", kStatusTwice},
                           FaultCase{2, "garbage", {{"???", true}, {"???", true}}, true},
                           FaultCase{2, "drop-after=2", {{"???", true}, {"???", true}, {"???", false}, {"???", false}}},
                           FaultCase{2, "slow=20", {{"???", true}, {"V1", true}}}));
