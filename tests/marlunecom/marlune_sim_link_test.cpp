@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,11 @@ struct FaultCase {
     std::vector<SimStep> steps;
     bool garbled = false; // the replies mean nothing, so they fit no command
 };
+
+void PrintTo(const FaultCase& c, std::ostream* os)
+{
+    *os << "kind " << c.kind << ", " << (c.failMode ? c.failMode : "no fault");
+}
 
 // Whether `reply` is what the controller answers to `command`, and not the reply to another.
 bool Fits(const std::string& command, const std::string& reply)
