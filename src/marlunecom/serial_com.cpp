@@ -2,7 +2,9 @@
 
 #include "marlunecom/address_text.h"
 #include "marlunecom/com_port_name.h"
+#include "marlunecom/stream_exchange.h"
 
+#include <QDeadlineTimer>
 #include <QSerialPort>
 #include <QString>
 
@@ -40,6 +42,11 @@ std::int32_t SerialCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char*
 bool SerialCom::gone(const QIODevice& device) const
 {
     return static_cast<const QSerialPort&>(device).error() == QSerialPort::ResourceError;
+}
+
+bool SerialCom::resynchronise(QIODevice& device, const QDeadlineTimer& deadline)
+{
+    return DrainUntilQuiet(device, timeouts().quiet, deadline);
 }
 
 } // namespace marlune::marlunecom

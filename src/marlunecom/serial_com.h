@@ -15,6 +15,10 @@ namespace marlune::marlunecom {
 // busy or no serial port fails the open at once, so that a search over COM1 to COM10 is quick.
 // The connect time-out is not used.
 //
+// A line cannot be connected anew: after a lost reply it is drained until it has been silent
+// for the quiet time of LinkTimeouts before the next request goes out. Counting the replies
+// owed would not do: a controller writing its EEPROM drops the requests it gets meanwhile.
+//
 // It works without a QCoreApplication, but Qt then warns at each open that it cannot watch the
 // device; the desktop program's QApplication keeps it quiet.
 class SerialCom final : public StreamCom {
@@ -25,6 +29,7 @@ public:
 
 private:
     bool gone(const QIODevice& device) const override;
+    bool resynchronise(QIODevice& device, const QDeadlineTimer& deadline) override;
 };
 
 } // namespace marlune::marlunecom

@@ -6,18 +6,27 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
+class QDeadlineTimer;
 class QIODevice;
 
 namespace marlune::marlunecom {
 
 // A link over a byte stream, one open device per handle, used in blocking calls: the exchange
-// and the close are the same for every stream; a subclass opens the device.
+// and the close are the same for every stream; a subclass opens the device and brings it back
+// in step after a lost reply.
 //
 // A request goes out as handed in, up to its NUL; the reply is read up to its 0x04, bounded by
-// the receive buffer and by the reply time-out. A silent peer fails the exchange and leaves the
-// handle usable (a controller busy with its EEPROM answers again later); a peer that has gone
-// fails the exchange and leaves the handle dead until it is closed.
+// the receive buffer and by the reply time-out. A peer that has gone fails the exchange and
+// leaves the handle dead until it is closed.
+//
+// A silent peer fails the exchange and leaves the handle lost, not dead (a controller busy
+// with its EEPROM answers again later). A reply time-out is waited once: the exchanges on a
+// lost handle that follow one another without a pause (one operator action) share the probe
+// time of LinkTimeouts, each first brings the stream back in step so that the reply it was
+// not given cannot answer a later request, and the first that is answered makes the handle
+// sound again.
 //
 // No event loop runs during a call: the waits poll the device themselves.
 class StreamCom : public link::MarluneCom {
@@ -38,9 +47,18 @@ protected:
     // Whether a device whose exchange failed has gone for good; it is then closed.
     virtual bool gone(const QIODevice& device) const = 0;
 
+    // Brings a lost stream back in step by the deadline, so that a reply given up on cannot
+    // answer the next request. False when the stream is not fit for a request yet.
+    virtual bool resynchronise(QIODevice& device, const QDeadlineTimer& deadline) = 0;
+
 private:
+    struct Stream;
+
+    bool probe(Stream& stream, std::string_view request, char* reply);
+    bool settle(Stream& stream, bool answered);
+
     LinkTimeouts timeouts_;
-    HandleTable<QIODevice> devices_;
+    HandleTable<Stream> streams_;
 };
 
 } // namespace marlune::marlunecom

@@ -36,9 +36,8 @@ bool WriteRequest(QIODevice& device, std::string_view request, const QDeadlineTi
 
 } // namespace
 
-bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, std::chrono::milliseconds timeout)
+bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply, const QDeadlineTimer& deadline)
 {
-    const QDeadlineTimer deadline(timeout);
     DiscardLateBytes(device);
     if (!WriteRequest(device, request, deadline))
         return false;
@@ -62,6 +61,18 @@ bool ExchangeOverStream(QIODevice& device, std::string_view request, char* reply
                 reply[filled] = kReplyTerminator;
             return true;
         }
+    }
+}
+
+bool DrainUntilQuiet(QIODevice& device, std::chrono::milliseconds quiet, const QDeadlineTimer& deadline)
+{
+    for (;;) {
+        device.readAll();
+        const auto left = deadline.remainingTime();
+        if (left < quiet.count())
+            return false;
+        if (!device.waitForReadyRead(static_cast<int>(quiet.count())))
+            return true;
     }
 }
 

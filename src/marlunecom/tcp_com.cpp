@@ -3,10 +3,42 @@
 #include "marlunecom/address_text.h"
 #include "marlunecom/tcp_address.h"
 
+#include <QDeadlineTimer>
+#include <QHostAddress>
 #include <QString>
 #include <QTcpSocket>
 
 namespace marlune::marlunecom {
+namespace {
+
+// A socket that remembers the address it reached, so that a new connection needs no name
+// look-up, whose wait no time-out bounds.
+class ControllerSocket final : public QTcpSocket {
+public:
+    bool connectWithin(int milliseconds)
+    {
+        if (!waitForConnected(milliseconds))
+            return false;
+        // One short request at a time: sending at once saves the delay of Nagle's algorithm.
+        setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        reached_ = peerAddress();
+        port_ = peerPort();
+        return true;
+    }
+
+    bool reconnectWithin(int milliseconds)
+    {
+        abort();
+        connectToHost(reached_, port_);
+        return connectWithin(milliseconds);
+    }
+
+private:
+    QHostAddress reached_;
+    quint16 port_ = 0;
+};
+
+} // namespace
 
 TcpCom::TcpCom(LinkTimeouts timeouts) : StreamCom(timeouts) {}
 
@@ -18,18 +50,21 @@ std::int32_t TcpCom::open(std::int32_t /*kind*/, std::int32_t /*mode*/, char* ad
     if (!target)
         return 0;
 
-    auto socket = std::make_unique<QTcpSocket>();
+    auto socket = std::make_unique<ControllerSocket>();
     socket->connectToHost(QString::fromStdString(target->host), target->port);
-    if (!socket->waitForConnected(static_cast<int>(timeouts().connect.count())))
+    if (!socket->connectWithin(static_cast<int>(timeouts().connect.count())))
         return 0;
-    // One short request at a time: sending at once saves the delay of Nagle's algorithm.
-    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     return adopt(std::move(socket));
 }
 
 bool TcpCom::gone(const QIODevice& device) const
 {
     return static_cast<const QTcpSocket&>(device).state() != QAbstractSocket::ConnectedState;
+}
+
+bool TcpCom::resynchronise(QIODevice& device, const QDeadlineTimer& deadline)
+{
+    return static_cast<ControllerSocket&>(device).reconnectWithin(static_cast<int>(deadline.remainingTime()));
 }
 
 } // namespace marlune::marlunecom

@@ -13,6 +13,9 @@ namespace marlune::marlunecom {
 // port kDefaultTcpPort (5001) is used, which marlune-sim serves too. The connection,
 // name look-up included, must be made within the connect time-out.
 //
+// After a lost reply the handle connects anew to the address it first reached, so that the
+// late reply arrives on a connection nobody reads.
+//
 // It needs no QCoreApplication: in a bare program its socket simply does without notifiers.
 class TcpCom final : public StreamCom {
 public:
@@ -22,6 +25,7 @@ public:
 
 private:
     bool gone(const QIODevice& device) const override;
+    bool resynchronise(QIODevice& device, const QDeadlineTimer& deadline) override;
 };
 
 } // namespace marlune::marlunecom

@@ -113,11 +113,18 @@ std::optional<int> SimProcess::waitForExit(std::chrono::milliseconds limit)
     return std::nullopt;
 }
 
+void SimProcess::signal(int signal)
+{
+    if (pid_ > 0)
+        ::kill(pid_, signal);
+}
+
 std::optional<int> SimProcess::terminate()
 {
     if (pid_ <= 0)
         return std::nullopt;
     ::kill(pid_, SIGTERM);
+    ::kill(pid_, SIGCONT); // a hung process heeds SIGTERM only once it runs
     const auto status = waitForExit(std::chrono::seconds(5));
     if (!status && pid_ > 0) {
         ::kill(pid_, SIGKILL);

@@ -27,6 +27,9 @@ public:
     // The port of the "tcp 127.0.0.1:PORT" line.
     std::optional<std::uint16_t> tcpPort();
 
+    // Sends `signal` to the process: SIGSTOP hangs it as a controller that stops answering,
+    // SIGCONT brings it back.
+    void signal(int signal);
     // Sends SIGTERM (SIGKILL if that is not heeded) and waits; the exit status, or nullopt.
     std::optional<int> terminate();
     // Waits for the process to end by itself; its exit status, or nullopt.
