@@ -5,53 +5,6 @@
 namespace marlune::project {
 namespace {
 
-TEST(Definitions, LinesDropEveryBlankAndEveryLaterEqualsAndOnlyWholeLinesGiveNames)
-{
-    const struct {
-        const char* line;
-        const char* name;
-        const char* value;
-    } Lines[] = {
-            {" MAX POS = 50 00 ", "MAXPOS", "5000"},
-            {"A=1=2", "A", "12"},
-            {"A=B=C", "A", "BC"},
-            {"NAME\t=5", "NAME\t", "5"},
-            {";a=5", ";a", "5"},
-            {"X", "X", ""},
-            {"=5", "", "5"},
-            {"   ", "", ""},
-    };
-    for (const auto& line : Lines) {
-        const DefinitionLine split = SplitDefinitionLine(line.line);
-        EXPECT_EQ(split.name, line.name) << line.line;
-        EXPECT_EQ(split.value, line.value) << line.line;
-    }
-    EXPECT_EQ(DefinitionNames("MAXPOS = 5000\r\nSP=V1\n\nX\r=5\rSPEED=V2\r\n  \rDONE=f3"),
-              (std::vector<std::string>{"MAXPOS", "SP", "SPEED", "DONE"}));
-}
-
-// Each found name as its start, its length and its index in the list.
-std::vector<std::size_t> Found(std::string_view line, const std::vector<std::string>& names)
-{
-    std::vector<std::size_t> found;
-    for (const NameMatch& match : FindDefinedNames(line, names))
-        found.insert(found.end(), {match.start, match.length, match.index});
-    return found;
-}
-
-TEST(Definitions, NamesAreFoundPositionByPositionTheFirstListedWinningWithoutWordsOrCase)
-{
-    const std::vector<std::string> names{"MAXPOS", "SP", "SPEED", "DONE", "", "B", "POS"};
-    EXPECT_EQ(Found("V10=MAXPOS+MAXPOS", names), (std::vector<std::size_t>{4, 6, 0, 11, 6, 0}));
-    EXPECT_EQ(Found("SPEED=100", names), (std::vector<std::size_t>{0, 2, 1}));
-    EXPECT_EQ(Found("V12=XMAXPOSY ;DONE", names), (std::vector<std::size_t>{5, 6, 0, 14, 4, 3}));
-    EXPECT_EQ(Found("V11=maxpos BB", names), (std::vector<std::size_t>{11, 1, 5, 12, 1, 5}));
-    EXPECT_EQ(Found("MAXPO", names), std::vector<std::size_t>{});
-    EXPECT_FALSE(KeepsItsNames("V10=MAXPOS ;note"));
-    EXPECT_TRUE(KeepsItsNames("PRINT \"MAXPOS\""));
-    EXPECT_TRUE(KeepsItsNames("V13=#MAXPOS"));
-}
-
 // The definition list and a program's text, and what the download makes of them: the prepared
 // text, or the message that stops it.
 std::string Prepared(std::string_view list, std::string_view program)
@@ -63,8 +16,8 @@ std::string Prepared(std::string_view list, std::string_view program)
     return failure.empty() ? PrepareProgram(program, table) : failure;
 }
 
-constexpr const char* Listed = "MAXPOS = 5000\r\nSP=V1\nSPEED=V2\r\n\r\nDONE=f3";
-constexpr const char* Invalid = "\rDefinition must be a number or variable or flag";
+constexpr const char* Listed = " MAX POS = 50 00 \r\nSP=V1\nSPEED=V2\r\n\r\nDONE=f3";
+const std::string Invalid = "\rDefinition must be a number or variable or flag";
 
 TEST(Definitions, ADownloadPreparesEachProgramOrStopsWithTheFirstMessage)
 {
@@ -84,30 +37,49 @@ TEST(Definitions, ADownloadPreparesEachProgramOrStopsWithTheFirstMessage)
             {"A=1\r   \rNEG=-5", "A", "Definition Length Error: =\r"},
             {"NEG=-5\rX\r=5", "", "Definition Length Error: X=\r"},
             {"=5", "", "Definition Length Error: =5\r"},
-            {"A=B=C", "", "Invalid Definition: A=BC" + std::string(Invalid)},
-            {"OK=1\rHALF=.5", "", "Invalid Definition: HALF=.5" + std::string(Invalid)},
-            {"POS=+5", "", "Invalid Definition: POS=+5" + std::string(Invalid)},
-            {"EndWhile=V1", "", "Invalid Definition: EndWhile=V1" + std::string(Invalid)},
-            {"while=1", "", "Invalid Definition: while=1" + std::string(Invalid)},
-            {"END=1", "", "Invalid Definition: END=1" + std::string(Invalid)},
+            {"A=B=C", "", "Invalid Definition: A=BC" + Invalid},
+            {"OK=1\rHALF=.5", "", "Invalid Definition: HALF=.5" + Invalid},
+            {"POS=+5", "", "Invalid Definition: POS=+5" + Invalid},
+            {"EndWhile=V1", "", "Invalid Definition: EndWhile=V1" + Invalid},
+            {"while=1", "", "Invalid Definition: while=1" + Invalid},
+            {"END=1", "", "Invalid Definition: END=1" + Invalid},
     };
     for (const auto& c : Cases)
         EXPECT_EQ(Prepared(c.list, c.program), c.result) << c.list << " | " << c.program;
+    EXPECT_EQ(DefinitionNames("MAXPOS = 5000\r\nSP=V1\n\nX\r=5\rSPEED=V2\r\n  \rDONE=f3"),
+              (std::vector<std::string>{"MAXPOS", "SP", "SPEED", "DONE"}));
 }
 
 TEST(Definitions, ListsAndTextsHaveNoFixedSize)
 {
     std::string list;
-    std::string program;
-    std::string expected;
+    std::string program(40000, 'Y');
+    std::string expected = program + "\r";
     for (int i = 0; i < 1500; ++i) {
         list += "N" + std::to_string(i) + "X=V" + std::to_string(i) + "\r\n";
-        program += "V1=N" + std::to_string(i) + "X\r\n";
+        program += "\r\nV1=N" + std::to_string(i) + "X";
         expected += "V1=V" + std::to_string(i) + "\r";
     }
-    program += std::string(40000, 'Y');
-    expected += std::string(40000, 'Y') + "\r";
     EXPECT_EQ(Prepared(list, program), expected);
+}
+
+// Each found name as its start, its length and its index in the list.
+std::vector<std::size_t> Found(std::string_view line, const std::vector<std::string>& names)
+{
+    std::vector<std::size_t> found;
+    for (const NameMatch& match : FindDefinedNames(line, names))
+        found.insert(found.end(), {match.start, match.length, match.index});
+    return found;
+}
+
+TEST(Definitions, NamesAreFoundPositionByPositionTheFirstListedWinningWithoutWordsOrCase)
+{
+    const std::vector<std::string> names{"MAXPOS", "SP", "SPEED", "DONE", "", "B", "POS"};
+    EXPECT_EQ(Found("V10=MAXPOS+MAXPOS", names), (std::vector<std::size_t>{4, 6, 0, 11, 6, 0}));
+    EXPECT_EQ(Found("SPEED=100", names), (std::vector<std::size_t>{0, 2, 1}));
+    EXPECT_EQ(Found("V12=XMAXPOSY ;DONE", names), (std::vector<std::size_t>{5, 6, 0, 14, 4, 3}));
+    EXPECT_EQ(Found("V11=maxpos BB", names), (std::vector<std::size_t>{11, 1, 5, 12, 1, 5}));
+    EXPECT_EQ(Found("MAXPO", names), std::vector<std::size_t>{});
 }
 
 } // namespace
