@@ -1,7 +1,9 @@
-#include "project/project_transfer.h"
-
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "forms/number.h"
@@ -73,8 +75,8 @@ std::string Quoted(const std::vector<std::string>& lines, std::size_t i)
     return i < lines.size() ? "\"" + lines[i] + "\"" : "no line";
 }
 
-} // namespace
-
+// The lines of a prepared text as the transfer dialog puts them on the controller: each cleaned
+// as the dialog cleans it, and those that clean to nothing left out.
 std::vector<std::string> SentLines(std::string_view prepared)
 {
     std::vector<std::string> sent;
@@ -85,6 +87,8 @@ std::vector<std::string> SentLines(std::string_view prepared)
     return sent;
 }
 
+// Where what the controller holds of program n first differs from what was sent, as the operator
+// reads it; nothing when the two agree line for line.
 std::optional<std::string> FirstDifference(int n, std::string_view prepared, std::string_view held)
 {
     const std::vector<std::string> sent = SentLines(prepared);
@@ -99,6 +103,8 @@ std::optional<std::string> FirstDifference(int n, std::string_view prepared, std
            + Quoted(kept, i) + ".";
 }
 
+// The project's name in a reply to "PROJ ": what stands between the first double quote and the
+// next one, all that follows a lone one, and nothing without one.
 std::string NameBetweenQuotes(std::string_view reply)
 {
     const std::size_t open = reply.find('"');
@@ -108,12 +114,16 @@ std::string NameBetweenQuotes(std::string_view reply)
     return std::string(rest.substr(0, rest.find('"')));
 }
 
+// The program set in a reply to "PRON": 15 when the controller has none ("?"), the number it
+// answered, or nothing for a reply that is neither.
 std::optional<std::int32_t> ProgramSetOf(std::string_view reply)
 {
     if (reply.starts_with('?'))
         return 15;
     return forms::ToInt32(reply);
 }
+
+} // namespace
 
 void FrmProjectManager::downloadPrograms()
 {
