@@ -92,7 +92,10 @@ std::vector<std::string> SentLines(std::string_view prepared)
 std::optional<std::string> FirstDifference(int n, std::string_view prepared, std::string_view held)
 {
     const std::vector<std::string> sent = SentLines(prepared);
-    const std::vector<std::string> kept = Lines(held, "\r\n");
+    std::vector<std::string> kept = Lines(held, "\r\n");
+    // The dialog fetches one line even of an empty program, and the controller answers it with END.
+    if (sent.empty() && kept == std::vector<std::string>{"END"})
+        kept.clear();
     const std::size_t common = std::min(sent.size(), kept.size());
     const std::size_t i = static_cast<std::size_t>(
             std::mismatch(sent.begin(), sent.begin() + static_cast<std::ptrdiff_t>(common), kept.begin()).first
