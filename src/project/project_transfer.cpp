@@ -1,3 +1,5 @@
+#include "project/project_manager.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -14,7 +16,6 @@
 #include "link/open_link.h"
 #include "project/definitions.h"
 #include "project/project_link.h"
-#include "project/project_manager.h"
 #include "project/project_program.h"
 #include "project/projects.h"
 #include "transfer/status.h"
