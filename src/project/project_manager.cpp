@@ -37,7 +37,8 @@ FrmProjectManager::FrmProjectManager(Projects& projects)
       DownloadPromgrams(add<forms::Button>("DownloadPromgrams", "Download Programs")),
       UploadPrograms(add<forms::Button>("UploadPrograms", "Upload Programs")),
       RunProg(add<forms::Button>("RunProg", "Run Program")), StopProg(add<forms::Button>("StopProg", "Stop Program")),
-      Abort(add<forms::Button>("Abort", "Abort All")), projects_(projects)
+      Abort(add<forms::Button>("Abort", "Abort All")), Verify(add<forms::Button>("Verify", "Verify")),
+      projects_(projects)
 {
     DefinitionList.multiLine = true;
     DefinitionList.onChange = [this] {
@@ -49,9 +50,18 @@ FrmProjectManager::FrmProjectManager(Projects& projects)
     RunProg.onClick = [this] { sendToSelected("RUN "); };
     StopProg.onClick = [this] { sendToSelected("QUIT "); };
     Abort.onClick = [] { WithLinkForClick([] { SendUnread("ABORT"); }); };
+    DownloadPromgrams.onClick = [this] { downloadPrograms(); };
+    UploadPrograms.onClick = [this] { DoUploadPrograms(); };
+    Verify.onClick = [this] { verifyPrograms(); };
 }
 
-void FrmProjectManager::formLoad() { projects_.state.programWindowMask = 0; }
+void FrmProjectManager::formLoad()
+{
+    projects_.state.programWindowMask = 0;
+    // A new project has nothing on the controller to check yet.
+    downloaded_ = {};
+    Verify.setEnabled(false);
+}
 
 bool FrmProjectManager::formUnload()
 {
@@ -92,10 +102,7 @@ void FrmProjectManager::openProgram(int n)
 {
     ProjectState& state = projects_.state;
     FrmProjectProgram& window = projects_.makeProgramWindow(n);
-    window.setCaption("Marlune Motion Program " + std::to_string(n));
-    window.ProgramNumber.setText("Program " + std::to_string(n));
-    window.myProgramBit = ProgramBit(n);
-    window.myProgramNumber = static_cast<std::int16_t>(n);
+    numberWindow(n);
     state.programWindowMask = link::BitOr(state.programWindowMask, ProgramBit(n));
     markDefinedNames();
     window.programText.setText(state.section(n));
@@ -107,6 +114,15 @@ void FrmProjectManager::openProgram(int n)
     selProg(n).setEnabled(true);
     selProg(n).setValue(true);
     SelProgAll.setEnabled(true);
+}
+
+void FrmProjectManager::numberWindow(int n)
+{
+    FrmProjectProgram& window = *projects_.programWindow(n);
+    window.setCaption("Marlune Motion Program " + std::to_string(n));
+    window.ProgramNumber.setText("Program " + std::to_string(n));
+    window.myProgramBit = ProgramBit(n);
+    window.myProgramNumber = static_cast<std::int16_t>(n);
 }
 
 void FrmProjectManager::markDefinedNames()

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "forms/form.h"
 
@@ -28,6 +30,7 @@ public:
     forms::Button& RunProg;
     forms::Button& StopProg;
     forms::Button& Abort;
+    forms::Button& Verify;
 
     forms::CheckBox& displayProg(int n) const { return *DisplayProg[static_cast<std::size_t>(n - 1)]; }
     forms::OptionButton& selProg(int n) const { return *SelProg[static_cast<std::size_t>(n - 1)]; }
@@ -40,6 +43,9 @@ public:
 
     std::int32_t displaySelection() const;
     std::int32_t controlSelection() const;
+
+    // Runs exactly what a click on UploadPrograms runs; the frame's UploadProject reaches it so.
+    void DoUploadPrograms();
 
 protected:
     void formLoad() override;
@@ -55,7 +61,20 @@ private:
     // "RUN n" or "QUIT n" for every selected program whose window is open.
     void sendToSelected(const char* verb);
 
+    // The project download, its check and the upload (project_transfer.cpp).
+    void downloadPrograms();
+    void verifyPrograms();
+    // One program through the transfer dialog; false when the dialog did not finish it.
+    bool transferProgram(int n, const std::string& caption, std::int16_t operation, const std::string& text);
+    bool uploadSelected(int n);
+    bool uploadAll();
+    // Gives the window of program n its number, as opening it does.
+    void numberWindow(int n);
+    void fillWindow(int n, const std::string& text);
+
     Projects& projects_;
+    // What the last finished download prepared, by program; Verify compares with it.
+    std::array<std::optional<std::string>, 4> downloaded_;
 };
 
 } // namespace marlune::project

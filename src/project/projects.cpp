@@ -30,7 +30,7 @@ std::string FilePart(const std::string& fileName)
     return separator == std::string::npos ? fileName : fileName.substr(separator + 1);
 }
 
-Projects::Projects(forms::Form& frame) : frame_(frame) {}
+Projects::Projects(forms::Form& frame, transfer::Status& status) : frame_(frame), status_(status) {}
 
 Projects::~Projects() = default;
 
@@ -224,6 +224,20 @@ void Projects::CloseProject()
     state.projectFile.clear();
     state.projectChanged = false;
     showDocument();
+}
+
+void Projects::UploadProject()
+{
+    if (state.projectOpen) {
+        forms::MsgBox(OpenAlready);
+        return;
+    }
+    NewProject();
+    FrmProjectManager& window = manager();
+    state.silentUpload = true;
+    window.SelProgAll.setValue(true);
+    window.DoUploadPrograms();
+    state.silentUpload = false;
 }
 
 void Projects::Print()

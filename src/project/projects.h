@@ -12,6 +12,9 @@
 namespace marlune::forms {
 class Form;
 }
+namespace marlune::transfer {
+class Status;
+}
 
 namespace marlune::project {
 
@@ -31,7 +34,7 @@ std::string FilePart(const std::string& fileName);
 // The one project of the run: its record, its windows, and the frame's project commands.
 class Projects final {
 public:
-    explicit Projects(forms::Form& frame);
+    Projects(forms::Form& frame, transfer::Status& status);
     ~Projects();
     Projects(const Projects&) = delete;
     Projects& operator=(const Projects&) = delete;
@@ -40,6 +43,8 @@ public:
     RecentProjects recent;
 
     forms::Form& frame() const { return frame_; }
+    // The transfer dialog through which programs go to and come from the controller.
+    transfer::Status& status() const { return status_; }
     // Made at first use and loaded anew for each project.
     FrmProjectManager& manager();
     FrmProjectManager* madeManager() const { return manager_.get(); }
@@ -58,6 +63,8 @@ public:
     void SaveAsproject();
     void SaveProjectToFile(const std::string& fileName);
     void CloseProject();
+    // A new project made of what the controller holds: its programs, program set and name.
+    void UploadProject();
     // The open programs by number, then the definition list, each as a print job of its own under
     // its window's caption; each window takes the focus as its text goes to the printer.
     void Print();
@@ -83,6 +90,7 @@ private:
     void tile(forms::Arrangement arrangement);
 
     forms::Form& frame_;
+    transfer::Status& status_;
     std::unique_ptr<FrmProjectManager> manager_;
     std::array<std::unique_ptr<FrmProjectProgram>, ProgramCount> programs_;
 };

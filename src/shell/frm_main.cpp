@@ -67,6 +67,7 @@ void FrmMain::connectMenus()
     menuItem("SaveProject")->onClick = [this] { program_.projects().SaveProject(); };
     menuItem("SaveAsproject")->onClick = [this] { program_.projects().SaveAsproject(); };
     menuItem("CloseProject")->onClick = [this] { program_.projects().CloseProject(); };
+    menuItem("UploadProject")->onClick = [this] { program_.projects().UploadProject(); };
     menuItem("mnuFilePrint")->onClick = [this] { program_.projects().Print(); };
     for (std::size_t i = 0; i < project::RecentProjects::Count; ++i)
         menuItem(RecentItem(i))->onClick = [this, i] { program_.projects().OpenRecent(i); };

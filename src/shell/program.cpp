@@ -86,7 +86,7 @@ transfer::CompareMemory& Program::compareMemory()
 project::Projects& Program::projects()
 {
     if (!projects_)
-        projects_ = std::make_unique<project::Projects>(frame());
+        projects_ = std::make_unique<project::Projects>(frame(), status());
     return *projects_;
 }
 
