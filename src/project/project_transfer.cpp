@@ -270,8 +270,7 @@ bool FrmProjectManager::uploadAll()
         if (link::BitAnd(*programSet, ProgramBit(n)) != 0)
             displayProg(n).setValue(1);
     }
-    // Only the four programs count: a higher bit names no window.
-    state.programWindowMask = link::BitAnd(*programSet, 15);
+    state.programWindowMask = *programSet;
     std::array<std::string, ProgramCount> uploadText;
     for (int n = 1; n <= ProgramCount; ++n) {
         if (!selProg(n).enabled() || !projects_.programWindowOpen(n))
