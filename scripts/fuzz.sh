@@ -20,6 +20,10 @@ jobs="$(nproc)"
 cmake --preset asan >/dev/null
 cmake --build --preset asan --target fuzz_targets -j "$jobs"
 
+# The targets that read files write one per input: in memory where the machine allows.
+if [ -w /dev/shm ]; then
+  export TMPDIR=/dev/shm
+fi
 export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1"
 export UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1"
 limit=(-max_total_time="$seconds")
@@ -28,10 +32,11 @@ if [ -n "${MARLUNE_FUZZ_RUNS:-}" ]; then
 fi
 
 for target in "${targets[@]}"; do
-  seeds="tests/fuzz/corpus/$target"
-  work="build/asan/fuzz-corpus/$target"
-  findings="build/asan/fuzz-findings/$target"
-  log="build/asan/fuzz-findings/$target.log"
+  # Whole paths: the targets that read files work in a directory of their own.
+  seeds="$PWD/tests/fuzz/corpus/$target"
+  work="$PWD/build/asan/fuzz-corpus/$target"
+  findings="$PWD/build/asan/fuzz-findings/$target"
+  log="$findings.log"
   mkdir -p "$work" "$findings"
   if ! "build/asan/tests/fuzz/${target}_fuzz" "${limit[@]}" -timeout=10 -print_final_stats=1 \
        -artifact_prefix="$findings/" "$work" "$seeds" >"$log" 2>&1; then
