@@ -29,4 +29,4 @@ fi
 cmake --preset asan
 cmake --build --preset asan -j "$jobs"
 ctest --preset asan -j "$jobs"
-bash scripts/fuzz.sh "${MARLUNE_FUZZ_SECONDS:-5}"
+bash scripts/fuzz.sh "${MARLUNE_FUZZ_SECONDS:-3}"
