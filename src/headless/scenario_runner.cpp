@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "forms/files.h"
+#include "headless/fault_sweep.h"
 #include "headless/quoted_text.h"
 #include "headless/scenario_parser.h"
 #include "headless/scenario_session.h"
@@ -50,6 +51,10 @@ void ScenarioRunner::runText(const std::string& fileName, std::string_view text)
             report(fileName, scenario.error->line, scenario.title, "syntax error: " + scenario.error->message);
             continue;
         }
+        if (faultSweep_) {
+            sweep(fileName, scenario);
+            continue;
+        }
         ScenarioOutcome outcome;
         try {
             ScenarioSession session;
@@ -64,6 +69,21 @@ void ScenarioRunner::runText(const std::string& fileName, std::string_view text)
     }
 }
 
+void ScenarioRunner::sweep(const std::string& fileName, const Scenario& scenario)
+{
+    const SweepResult result = SweepScenario(scenario);
+    sweptRuns_ += result.exchanges + 1;
+    for (const SweepFinding& finding : result.findings) {
+        report(fileName, scenario.line, scenario.title,
+               (finding.exchange == 0 ? std::string("without a fault: ")
+                                      : "exchange " + std::to_string(finding.exchange) + " of "
+                                                + std::to_string(result.exchanges) + " failing: ")
+                       + finding.message);
+    }
+    if (result.findings.empty())
+        ++totals_.passed;
+}
+
 void ScenarioRunner::report(const std::string& fileName, int line, const std::string& title, const std::string& message)
 {
     ++totals_.failed;
@@ -76,6 +96,11 @@ void ScenarioRunner::report(const std::string& fileName, int line, const std::st
     out_ << message << '\n';
 }
 
-void ScenarioRunner::printTotals() { out_ << totals_.passed << " passed, " << totals_.failed << " failed\n"; }
+void ScenarioRunner::printTotals()
+{
+    if (faultSweep_)
+        out_ << "fault sweep: " << sweptRuns_ << " runs\n";
+    out_ << totals_.passed << " passed, " << totals_.failed << " failed\n";
+}
 
 } // namespace marlune::headless

@@ -6,6 +6,8 @@
 
 namespace marlune::headless {
 
+struct Scenario;
+
 struct RunTotals {
     int passed = 0;
     int failed = 0;
@@ -16,6 +18,10 @@ struct RunTotals {
 class ScenarioRunner final {
 public:
     explicit ScenarioRunner(std::ostream& out) : out_(out) {}
+
+    // Instead of checking each scenario, sweeps it with one failed exchange at a time (see
+    // SweepScenario); a scenario passes when no run broke a rule.
+    void setFaultSweep(bool sweep) { faultSweep_ = sweep; }
 
     // A file, or a directory: every *.scn file in it, sorted by name.
     void runPath(const std::string& path);
@@ -29,9 +35,12 @@ public:
 private:
     void runFile(const std::string& path);
     void report(const std::string& fileName, int line, const std::string& title, const std::string& message);
+    void sweep(const std::string& fileName, const Scenario& scenario);
 
     std::ostream& out_;
     RunTotals totals_;
+    bool faultSweep_ = false;
+    int sweptRuns_ = 0;
 };
 
 } // namespace marlune::headless

@@ -198,8 +198,30 @@ void ScenarioSession::execute(const Statement& statement)
     // showing blames the statement that was running there.
     const int outerLine = currentLine_;
     currentLine_ = statement.line;
-    (this->*FindStatementKind(kKinds, statement.words[0])->run)(statement);
+    spanning([&] { (this->*FindStatementKind(kKinds, statement.words[0])->run)(statement); });
     currentLine_ = outerLine;
+}
+
+template <class Action>
+void ScenarioSession::spanning(Action action)
+{
+    const int exchangesBefore = exchanges();
+    const int messagesBefore = static_cast<int>(platform_.messages().size());
+    innerMessages_.push_back(0);
+    const auto record = [&] {
+        const int shown = static_cast<int>(platform_.messages().size()) - messagesBefore;
+        spans_.push_back({exchangesBefore, exchanges(), shown - innerMessages_.back()});
+        innerMessages_.pop_back();
+        if (!innerMessages_.empty())
+            innerMessages_.back() += shown;
+    };
+    try {
+        action();
+    } catch (...) {
+        record();
+        throw;
+    }
+    record();
 }
 
 forms::Form* ScenarioSession::innermostModal() const
@@ -504,6 +526,31 @@ void ScenarioSession::messageDwell(const Statement& statement)
     platform_.setMessageDwell(RequireDuration(statement.words[1]));
 }
 
-void ScenarioSession::expect(const Statement& statement) { expectations_.check(statement, startedProgram()); }
+void ScenarioSession::expect(const Statement& statement)
+{
+    if (checkExpectations_)
+        expectations_.check(statement, startedProgram());
+}
+
+void ScenarioSession::sweepWithFault(int exchange)
+{
+    checkExpectations_ = false;
+    controller_.failExchangeNumber(exchange);
+}
+
+std::vector<std::string> ScenarioSession::endAndFindLeftovers()
+{
+    if (started_)
+        spanning([&] { EndProgram(*program_, platform_); });
+    return FindLeftovers(controller_.calls(), directory_.path());
+}
+
+std::vector<std::string> ScenarioSession::messages() const
+{
+    std::vector<std::string> texts;
+    for (const ShownMessage& message : platform_.messages())
+        texts.push_back(message.request.text);
+    return texts;
+}
 
 } // namespace marlune::headless

@@ -4,8 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "headless/expectations.h"
+#include "headless/fault_sweep.h"
 #include "headless/headless_platform.h"
 #include "headless/pending_wait.h"
 #include "headless/scenario_parser.h"
@@ -41,6 +43,17 @@ public:
 
     ScenarioOutcome run(const Scenario& scenario);
 
+    // The fault sweep's run: the exchange with this number fails (0: none) and expectations
+    // are not checked, since a fault may rightly change what the operator sees.
+    void sweepWithFault(int exchange);
+    // Afterwards: closes every window as an operator ending the program would, answering No to
+    // every question, and tells what is left that must not be (links open, half-written files).
+    std::vector<std::string> endAndFindLeftovers();
+    int exchanges() const { return controller_.exchangeCount(); }
+    const std::vector<StatementSpan>& spans() const { return spans_; }
+    // The texts of the message boxes shown, in order.
+    std::vector<std::string> messages() const;
+
     // What is wrong with the words of a statement, before anything runs.
     static std::optional<std::string> argumentError(const Statement& statement);
 
@@ -49,6 +62,9 @@ public:
 private:
     void runStatements(forms::Form* modal);
     void execute(const Statement& statement);
+    // Runs `action` and records its span, also when it fails.
+    template <class Action>
+    void spanning(Action action);
     void finishWait();
     forms::Form* innermostModal() const;
     shell::Program* startedProgram() const;
@@ -97,6 +113,9 @@ private:
     std::unique_ptr<shell::Program> program_;
     bool started_ = false;
     bool scripted_ = false;
+    bool checkExpectations_ = true;
+    std::vector<StatementSpan> spans_;
+    std::vector<int> innerMessages_; // per open span, the messages of the spans inside it
     std::optional<StatementCursor> cursor_;
     PendingWait waiting_;
     int currentLine_ = 0;

@@ -42,8 +42,9 @@ std::int32_t ScriptedController::close(std::int32_t kind, std::int32_t handle)
 std::int32_t ScriptedController::sendRecv(std::int32_t kind, std::int32_t handle, const char* request, char* reply)
 {
     std::string frame = request ? std::string(request) : std::string();
-    const std::int32_t result =
-            forward_ ? forward_->sendRecv(kind, handle, request, reply) : scriptedExchange(RequestKey(frame), reply);
+    const std::int32_t result = ++exchanges_ == failNumber_ ? 0
+                                : forward_                  ? forward_->sendRecv(kind, handle, request, reply)
+                                                            : scriptedExchange(RequestKey(frame), reply);
     calls_.push_back({ComCall::Operation::Exchange, kind, 0, handle, std::move(frame), result});
     return result;
 }

@@ -37,6 +37,9 @@ public:
     void addReplyOnce(const std::string& request, std::string reply);
     void failNext(const std::string& request, int count) { failures_[request] += count; }
     void failAny(int count) { failAny_ += count; }
+    // The exchange with this number (from 1, counting every exchange) fails, whatever the
+    // script or the forwarded controller would have answered: the fault sweep's one fault.
+    void failExchangeNumber(int number) { failNumber_ = number; }
     // The next opens return these handles in order; afterwards 1.
     void queueOpenResults(const std::vector<std::int32_t>& handles);
 
@@ -45,6 +48,7 @@ public:
     bool forwarding() const { return forward_ != nullptr; }
 
     const std::vector<ComCall>& calls() const { return calls_; }
+    int exchangeCount() const { return exchanges_; }
 
     std::int32_t open(std::int32_t kind, std::int32_t mode, char* address) override;
     std::int32_t close(std::int32_t kind, std::int32_t handle) override;
@@ -58,6 +62,8 @@ private:
     std::map<std::string, std::deque<std::string>> repliesOnce_;
     std::map<std::string, int> failures_;
     int failAny_ = 0;
+    int failNumber_ = 0;
+    int exchanges_ = 0;
     std::deque<std::int32_t> openResults_;
     std::unique_ptr<link::MarluneCom> forward_;
     std::vector<ComCall> calls_;

@@ -40,6 +40,25 @@ std::string ErrorReply(const std::string& why)
     return text;
 }
 
+// A reply holds no byte below 32 but the CR LF between listed lines: an echoed control
+// byte is shown as \xHH, so that a 0x04 never ends a reply early.
+std::string ShowControlBytes(std::string_view text)
+{
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    std::string shown;
+    for (const char ch : text) {
+        const auto byte = static_cast<unsigned char>(ch);
+        if (byte >= 32 || ch == '\r' || ch == '\n') {
+            shown.push_back(ch);
+            continue;
+        }
+        shown += "\\x";
+        shown.push_back(kHex[byte >> 4]);
+        shown.push_back(kHex[byte & 15]);
+    }
+    return shown;
+}
+
 } // namespace
 
 Controller::Controller() { powerCycle(); }
@@ -111,7 +130,7 @@ std::optional<std::string> Controller::execute(std::string_view command)
     const Reply reply = handle(command);
     if (failureModes_.garbageReply)
         return std::string(kGarbage);
-    return reply.ok ? reply.text : ErrorReply(reply.text);
+    return ShowControlBytes(reply.ok ? reply.text : ErrorReply(reply.text));
 }
 
 Controller::Reply Controller::handle(std::string_view raw)

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "headless/fault_sweep.h"
 #include "headless/scenario_runner.h"
 
 namespace marlune::headless {
@@ -152,6 +153,56 @@ TEST(ScenarioRunner, RightExpectationsPassAndASyntaxErrorFailsOnlyItsScenario)
     EXPECT_EQ(out, "check.scn:2: scenario \"bad\": syntax error: repeat without end-repeat\n4 passed, 1 failed\n");
     RunText("# nothing\n", totals);
     EXPECT_EQ(totals.failed, 1);
+}
+
+} // namespace
+} // namespace marlune::headless
+
+namespace marlune::headless {
+namespace {
+
+// A scenario swept with one failed exchange at a time, and what the sweep's report must hold.
+struct SweepRow {
+    const char* scenario;
+    const char* report;
+};
+
+constexpr SweepRow kSweeps[] = {
+        // Every failure of the terminal's two exchanges is told once and the link is closed; an
+        // expectation that the faults make wrong is not checked.
+        {"start\nmenu mnuToolsTerminal\nexpect message nothing\ntype Terminal.CommandLine X1\n"
+         "key Terminal.CommandLine Enter\nclick Terminal.CloseTerminal\n",
+         "fault sweep: 2 runs\n1 passed, 0 failed\n"},
+        // The panel that lost its link at the poll does not close it when it is closed.
+        {"start\nmenu mnuToolsmnuControl\nwait 500ms\n",
+         "exchange 5 of 5 failing: the link of kind 1, handle 1 was opened and never closed\n"},
+        {"file a.tmp-marlune x\n", "without a fault: half-written file a.tmp-marlune\n"},
+};
+
+void PrintTo(const SweepRow& row, std::ostream* out) { *out << row.scenario; }
+
+class FaultSweep : public ::testing::TestWithParam<SweepRow> {};
+
+TEST_P(FaultSweep, ChecksOnlyWhatMustHoldWhateverFails)
+{
+    std::ostringstream out;
+    ScenarioRunner runner(out);
+    runner.setFaultSweep(true);
+    runner.runText("sweep.scn", std::string("scenario \"s\"\n") + GetParam().scenario);
+    runner.printTotals();
+    EXPECT_NE(out.str().find(GetParam().report), std::string::npos) << out.str();
+}
+
+INSTANTIATE_TEST_SUITE_P(Runner, FaultSweep, ::testing::ValuesIn(kSweeps));
+
+TEST(FaultSweep, AFailedExchangeBelongsToTheInnermostStatementThatHoldsIt)
+{
+    // A statement over exchanges 1 to 4 that showed one message itself, and one inside it
+    // (a click within a modal showing it opened) over exchanges 3 and 4 that showed two.
+    const std::vector<StatementSpan> spans = {{2, 4, 2}, {0, 4, 1}, {4, 6, 0}};
+    for (const auto& [exchange, messages] :
+         std::vector<std::pair<int, int>>{{1, 1}, {2, 1}, {3, 2}, {4, 2}, {5, 0}, {7, 0}})
+        EXPECT_EQ(MessagesAroundExchange(spans, exchange), messages) << "exchange " << exchange;
 }
 
 } // namespace

@@ -40,6 +40,7 @@ const Conversation kCommands[] = {
         {"ACCEL65001", "?ACCEL takes 0 to 65000"}}},
     {"SmallLettersAndBlanksAreAccepted", {{"hspd 1200"}, {"Hspd", "1200"}, {"v 3 = 9"}, {"V3", "9"}}},
     {"EmptyCommandGetsAnEmptyReply", {{"", ""}, {"   ", ""}}},
+    {"ControlBytesOfAnEchoedCommandAreShownEscaped", {{"\x04V\x1f", "?Unknown command \"\\x04V\\x1F\""}}},
     {"VariablesKeepTheirValues", {
         {"V248=-2147483648"}, {"V248", "-2147483648"}, {"I22=16777215"}, {"I22", "16777215"}, {"I35=-5000"},
         {"I35", "-5000"}}},

@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -140,6 +141,14 @@ public:
     Client& operator=(const Client&) = delete;
 
     void send(const std::string& bytes) { ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
+    void nonBlocking() { ::fcntl(fd_, F_SETFL, ::fcntl(fd_, F_GETFL, 0) | O_NONBLOCK); }
+    // Sends what the socket takes of `bytes` once it can take any within `limit`; false when it took none.
+    bool sendOnce(const std::string& bytes, std::chrono::milliseconds limit)
+    {
+        pollfd request{fd_, POLLOUT, 0};
+        return ::poll(&request, 1, static_cast<int>(limit.count())) > 0
+               && ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL) > 0;
+    }
     std::optional<std::string> reply(std::chrono::milliseconds limit = 5s) { return ReadReply(fd_, limit); }
     std::optional<std::string> exchange(const std::string& command)
     {
@@ -201,10 +210,50 @@ TEST_F(ServerEndToEnd, ServesSeveralClientsOverTcpWhateverTheySend)
     first.send(std::string("\x00\xff\x7f\r", 4));
     EXPECT_EQ(first.reply().value_or("").substr(0, 1), "?");
     EXPECT_EQ(first.exchange("NOSUCH").value_or("").substr(0, 1), "?");
+    first.send("\x04V\r");
+    EXPECT_EQ(first.reply(), "?Unknown command \"\\x04V\"") << "an echoed 0x04 would end the reply early";
+    EXPECT_EQ(first.exchange("HSPD"), "1500");
     first.close();
     second.close();
     Client later(port);
     EXPECT_EQ(later.exchange("HSPD"), "1500");
+}
+
+TEST_F(ServerEndToEnd, SilentClientsMakeRoomForANewOneTheQuietestFirst)
+{
+    const auto port = start();
+    ASSERT_NE(port, 0);
+    std::vector<std::unique_ptr<Client>> silent;
+    for (int i = 0; i < 16; ++i) {
+        silent.push_back(std::make_unique<Client>(port));
+        ASSERT_EQ(silent.back()->exchange("HSPD"), "1000") << "the server has taken client " << i;
+    }
+    ASSERT_EQ(silent[0]->exchange("HSPD"), "1000") << "the first spoke last of all";
+    Client newcomer(port);
+    EXPECT_EQ(newcomer.exchange("HSPD"), "1000");
+    EXPECT_TRUE(silent[1]->closedByPeer()) << "the one silent for longest made room";
+    EXPECT_EQ(silent[0]->exchange("HSPD"), "1000");
+}
+
+TEST_F(ServerEndToEnd, StopsReadingAClientThatDoesNotReadItsReplies)
+{
+    const auto port = start();
+    ASSERT_NE(port, 0);
+    Client flooding(port);
+    flooding.nonBlocking();
+    const std::string queries = [] {
+        std::string text;
+        for (int i = 0; i < 1024; ++i)
+            text += "HSPD\r";
+        return text;
+    }();
+    // A server that kept reading would take all 32 MB, queuing a reply for each command.
+    std::size_t sent = 0;
+    while (sent < (32u << 20) && flooding.sendOnce(queries, 2s))
+        sent += queries.size();
+    EXPECT_LT(sent, 32u << 20) << "the server kept reading";
+    Client other(port);
+    EXPECT_EQ(other.exchange("HSPD"), "1000");
 }
 
 TEST_F(ServerEndToEnd, DropAfterClosesTheLinkBehindTheLastExchange)

@@ -15,7 +15,9 @@ namespace marlune::sim {
 namespace {
 
 constexpr std::size_t kMaxClients = 16;
-constexpr std::size_t kMaxOutbox = 1 << 20;             // a client that does not read is dropped
+// Replies waiting for a client that does not read stop the reading of its commands, so that
+// what the server holds for it stays bounded.
+constexpr std::size_t kMaxBacklog = 64 * 1024;
 constexpr std::int64_t kStalePartialMicros = 5'000'000; // a half command left this long is dropped
 constexpr int kTickMs = 50;
 
@@ -117,7 +119,8 @@ void SimServer::run(const volatile std::sig_atomic_t& stopRequested)
             ids.push_back(0);
         }
         for (const auto& [id, link] : links_) {
-            const short events = static_cast<short>(POLLIN | (link.outbox.empty() ? 0 : POLLOUT));
+            const bool reading = link.outbox.size() + link.held < kMaxBacklog;
+            const short events = static_cast<short>((reading ? POLLIN : 0) | (link.outbox.empty() ? 0 : POLLOUT));
             fds.push_back({link.fd, events, 0});
             ids.push_back(id);
         }
@@ -144,6 +147,8 @@ void SimServer::run(const volatile std::sig_atomic_t& stopRequested)
                 closeLink(ids[i], now);
         }
         sendDueReplies(now);
+        for (auto& [id, link] : links_)
+            serve(id, link, now);
         for (auto& [id, link] : links_)
             link.reader.dropStale(now - kStalePartialMicros);
         controller_.advanceTo(now);
@@ -175,10 +180,16 @@ void SimServer::acceptClients(std::int64_t now)
             return;
         const auto sockets = std::count_if(links_.begin(), links_.end(), [](const auto& l) { return l.second.socket; });
         if (static_cast<std::size_t>(sockets) >= kMaxClients) {
-            ::close(fd);
-            continue;
+            // The client silent for longest makes room, so that silent ones cannot lock others out.
+            const auto quietest = std::min_element(links_.begin(), links_.end(), [](const auto& a, const auto& b) {
+                return std::pair(!a.second.socket, a.second.lastHeard)
+                       < std::pair(!b.second.socket, b.second.lastHeard);
+            });
+            closeLink(quietest->first, now);
         }
-        links_[nextId_++].fd = fd;
+        Link& link = links_[nextId_++];
+        link.fd = fd;
+        link.lastHeard = now;
         lastActivity_ = now;
     }
 }
@@ -191,10 +202,22 @@ bool SimServer::readFrom(int id, Link& link, std::int64_t now)
         return errno == EAGAIN || errno == EINTR || !link.socket;
     if (got == 0)
         return !link.socket;
+    link.lastHeard = now;
     link.reader.feed(std::string_view(buffer, static_cast<std::size_t>(got)), now);
-    while (auto frame = link.reader.take())
-        answer(id, link, *frame, now);
+    serve(id, link, now);
     return true;
+}
+
+void SimServer::serve(int id, Link& link, std::int64_t now)
+{
+    // Replies go out together: one write for all the commands of one read.
+    for (;;) {
+        std::optional<FrameReader::Frame> frame;
+        while (link.outbox.size() + link.held < kMaxBacklog && (frame = link.reader.take()))
+            answer(id, link, *frame, now);
+        if (!flush(link) || !frame || link.outbox.size() + link.held >= kMaxBacklog)
+            return;
+    }
 }
 
 void SimServer::answer(int id, Link& link, const FrameReader::Frame& frame, std::int64_t now)
@@ -222,11 +245,11 @@ void SimServer::answer(int id, Link& link, const FrameReader::Frame& frame, std:
     if (!failures.noTerminator)
         bytes.push_back('\x04');
     if (failures.slowReplyMs > 0) {
+        link.held += bytes.size();
         pending_.push_back({now + failures.slowReplyMs * 1000LL, id, std::move(bytes)});
         return;
     }
     link.outbox += bytes;
-    flush(link);
 }
 
 bool SimServer::flush(Link& link)
@@ -235,7 +258,7 @@ bool SimServer::flush(Link& link)
         const ssize_t sent = link.socket ? ::send(link.fd, link.outbox.data(), link.outbox.size(), MSG_NOSIGNAL)
                                          : ::write(link.fd, link.outbox.data(), link.outbox.size());
         if (sent < 0)
-            return (errno == EAGAIN || errno == EINTR) && link.outbox.size() <= kMaxOutbox;
+            return errno == EAGAIN || errno == EINTR;
         link.outbox.erase(0, static_cast<std::size_t>(sent));
     }
     return true;
@@ -261,6 +284,7 @@ void SimServer::sendDueReplies(std::int64_t now)
         }
         const auto found = links_.find(it->link);
         if (found != links_.end()) {
+            found->second.held -= it->bytes.size();
             found->second.outbox += it->bytes;
             if (!flush(found->second))
                 finished.push_back(it->link);

@@ -37,6 +37,8 @@ private:
         bool socket = true;
         FrameReader reader;
         std::string outbox;
+        std::size_t held = 0;       // bytes of slow replies not yet in the outbox
+        std::int64_t lastHeard = 0; // when a byte last came in, or when it was accepted
         std::int64_t exchanges = 0;
         bool dead = false; // dropped by the failure mode: no more answers
         bool closeWhenSent = false;
@@ -50,6 +52,8 @@ private:
     std::int64_t elapsedMicros() const;
     void acceptClients(std::int64_t now);
     bool readFrom(int id, Link& link, std::int64_t now);
+    // Answers the commands read so far while the client takes its replies.
+    void serve(int id, Link& link, std::int64_t now);
     void answer(int id, Link& link, const FrameReader::Frame& frame, std::int64_t now);
     bool flush(Link& link);
     void closeLink(int id, std::int64_t now);
