@@ -13,18 +13,13 @@ cmake --preset dev
 cmake --build --preset dev -j "$jobs"
 QT_QPA_PLATFORM=offscreen ctest --preset dev -j "$jobs"
 
-# The sweep's broken rules, one line per scenario and rule, must be the known ones exactly.
-sweep_log="build/dev/fault-sweep.log"
-build/dev/src/headless/marlune-scenario --fault-sweep tests/scenarios >"$sweep_log" || true
-tail -n 2 "$sweep_log"
-grep ': scenario "' "$sweep_log" \
-  | sed -E 's/^([^:]*):[0-9]+: /\1: /; s/: (exchange [0-9]+ of [0-9]+ failing|without a fault): /: /' \
-  | sed -E 's/: [0-9]+ messages where .*$/: more than one message for one failed exchange/' \
-  | LC_ALL=C sort -u >build/dev/fault-sweep-found.txt
-if ! grep -v '^#' tests/fault-sweep-known.txt | LC_ALL=C sort -u | diff - build/dev/fault-sweep-found.txt; then
-  echo "The fault sweep's findings differ from tests/fault-sweep-known.txt (< known, > found); see $sweep_log." >&2
+# Each scenario again with each of its exchanges failing in turn: no crash, every link closed,
+# no half-written file, at most one message per failed exchange.
+build/dev/src/headless/marlune-scenario --fault-sweep tests/scenarios >build/dev/fault-sweep.log || {
+  grep -v '^fault sweep' build/dev/fault-sweep.log | tail -n 40
   exit 1
-fi
+}
+tail -n 2 build/dev/fault-sweep.log
 
 cmake --preset asan
 cmake --build --preset asan -j "$jobs"
