@@ -38,7 +38,7 @@ for target in "${targets[@]}"; do
   findings="$PWD/build/asan/fuzz-findings/$target"
   log="$findings.log"
   mkdir -p "$work" "$findings"
-  if ! "build/asan/tests/fuzz/${target}_fuzz" "${limit[@]}" -timeout=10 -print_final_stats=1 \
+  if ! "build/asan/fuzz/${target}_fuzz" "${limit[@]}" -timeout=10 -print_final_stats=1 \
        -artifact_prefix="$findings/" "$work" "$seeds" >"$log" 2>&1; then
     tail -n 60 "$log"
     echo "fuzz: $target found a fault; the input is in $findings/" >&2
