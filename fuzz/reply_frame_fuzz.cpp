@@ -6,6 +6,7 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <QDeadlineTimer>
 #include <QIODevice>
 
 #include <cstdlib>
@@ -57,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     ScriptedPeer peer(bytes, chunk);
     std::vector<char> streamed(link::kReceiveBufferSize);
-    if (marlunecom::ExchangeOverStream(peer, "???\r", streamed.data(), std::chrono::milliseconds(0))) {
+    if (marlunecom::ExchangeOverStream(peer, "???\r", streamed.data(), QDeadlineTimer(0))) {
         const auto end = bytes.find(marlunecom::kReplyTerminator);
         const auto length = std::min(std::min(end, bytes.size()), link::kReceiveBufferSize);
         if (bytes.compare(0, length, streamed.data(), length) != 0)
