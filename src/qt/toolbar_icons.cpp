@@ -1,11 +1,14 @@
 #include "qt/toolbar_icons.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
 
+#include <cmath>
 #include <functional>
 #include <map>
+#include <vector>
 
 namespace marlune::qt {
 
@@ -171,9 +174,10 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
 QIcon Drawn(const Drawing& drawing)
 {
     QIcon icon;
-    // Drawn again for screens of two and three times the pixel density, so that it stays sharp
-    // there rather than being blown up from the plain picture.
-    for (const int ratio : {1, 2, 3}) {
+    // Drawn once more at the screen's pixel density where it is higher, so that the picture stays
+    // sharp there rather than being blown up; a plain screen pays for the plain picture only.
+    const int dense = static_cast<int>(std::ceil(qGuiApp ? qGuiApp->devicePixelRatio() : 1.0));
+    for (const int ratio : dense > 1 ? std::vector<int>{1, dense} : std::vector<int>{1}) {
         QPixmap pixmap(kSide * ratio, kSide * ratio);
         pixmap.setDevicePixelRatio(ratio);
         pixmap.fill(Qt::transparent);
