@@ -57,6 +57,10 @@ public:
     virtual void runModal(Form& form, Form* owner) = 0;
     // Shows a loaded form without waiting: the frame itself, or a child of the frame.
     virtual void showModeless(Form& form, Form* parentFrame) = 0;
+    // Shows a loaded form without waiting in a window of its own that `owner`'s window owns:
+    // it stays usable beside a modal owner and stays above it. A form already shown comes to
+    // the front. The owner unloads it when it unloads itself.
+    virtual void showOwned(Form& form, Form& owner) = 0;
     // The form has unloaded: its window goes.
     virtual void formUnloaded(Form& form) = 0;
 

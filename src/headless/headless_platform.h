@@ -48,6 +48,8 @@ public:
     forms::MessageAnswer messageBox(const forms::MessageRequest& request) override;
     void runModal(forms::Form& form, forms::Form* owner) override;
     void showModeless(forms::Form& form, forms::Form* parentFrame) override;
+    // An owned window needs no bookkeeping here: a loaded form takes the runner's statements.
+    void showOwned(forms::Form&, forms::Form&) override {}
     void formUnloaded(forms::Form& form) override;
     void arrange(forms::Arrangement arrangement) override;
     forms::Form* activeChild() override { return active_; }

@@ -167,6 +167,26 @@ void QtPlatform::showModeless(forms::Form& form, forms::Form* parentFrame)
         showChild(form);
 }
 
+void QtPlatform::showOwned(forms::Form& form, forms::Form& owner)
+{
+    if (const auto it = showings_.find(&form); it != showings_.end() && it->second.window) {
+        it->second.window->raise();
+        it->second.window->activateWindow();
+        return;
+    }
+    // A window whose parent is the modal window is not blocked by it.
+    const auto ownerShowing = showings_.find(&owner);
+    QWidget* parent = ownerShowing != showings_.end() && ownerShowing->second.window
+                              ? ownerShowing->second.window->window()
+                              : frame_.data();
+    QWidget* window = createWindow(form, parent, Qt::Window);
+    Showing& showing = show(form, window);
+    showing.binder->watchWindow(*window);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
 void QtPlatform::showFrame(forms::Form& form)
 {
     auto* frame = new MdiFrame;

@@ -33,6 +33,7 @@ public:
     forms::MessageAnswer messageBox(const forms::MessageRequest& request) override;
     void runModal(forms::Form& form, forms::Form* owner) override;
     void showModeless(forms::Form& form, forms::Form* parentFrame) override;
+    void showOwned(forms::Form& form, forms::Form& owner) override;
     void formUnloaded(forms::Form& form) override;
     void arrange(forms::Arrangement arrangement) override;
     forms::Form* activeChild() override;
