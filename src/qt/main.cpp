@@ -1,7 +1,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QIcon>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -16,6 +15,8 @@
 #include "link/controller_link.h"
 #include "marlunecom/com_factory.h"
 #include "marlunecom/link_option.h"
+#include "qt/app_icon.h"
+#include "qt/desk_style.h"
 #include "qt/help_browser.h"
 #include "qt/qt_platform.h"
 #include "shell/program.h"
@@ -93,9 +94,10 @@ int main(int argc, char* argv[])
         ReadCommandLine(text);
     }
     QApplication app(argc, argv);
+    QApplication::setStyle(new marlune::qt::DeskStyle);
     const CommandLine commandLine = ReadCommandLine(app);
     QGuiApplication::setDesktopFileName(QStringLiteral("marlune-desk"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("marlune-desk")));
+    QApplication::setWindowIcon(marlune::qt::AppIcon());
     // The program ends when its frame unloads, not when some window happens to be the last.
     QApplication::setQuitOnLastWindowClosed(false);
     std::vector<std::string> startProblems;

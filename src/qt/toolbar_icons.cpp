@@ -43,60 +43,60 @@ void Arrow(QPainter& p, QPointF tip, qreal size, bool up)
 
 using Drawing = std::function<void(QPainter&)>;
 
-const std::map<QString, std::pair<QString, Drawing>>& Icons()
+const std::map<QString, Drawing>& Icons()
 {
     // clang-format off
-    static const std::map<QString, std::pair<QString, Drawing>> icons = {
-        {"Upload", {"go-up", [](QPainter& p) { Page(p, {6, 10, 20, 19}); Arrow(p, {16, 2}, 7, true); }}},
-        {"New", {"document-new", [](QPainter& p) { Page(p, {7, 3, 18, 26}); }}},
-        {"Open", {"document-open", [](QPainter& p) {
+    static const std::map<QString, Drawing> icons = {
+        {"Upload", [](QPainter& p) { Page(p, {6, 10, 20, 19}); Arrow(p, {16, 2}, 7, true); }},
+        {"New", [](QPainter& p) { Page(p, {7, 3, 18, 26}); }},
+        {"Open", [](QPainter& p) {
              p.setBrush(QColor(0xe8, 0xc0, 0x60));
              p.drawRect(QRectF(3, 8, 26, 19));
              p.setBrush(QColor(0xf6, 0xd8, 0x80));
              p.drawPolygon(QPolygonF({{3, 27}, {8, 14}, {31, 14}, {29, 27}}));
-         }}},
-        {"Save", {"document-save", [](QPainter& p) {
+         }},
+        {"Save", [](QPainter& p) {
              p.setBrush(kAccent);
              p.drawRect(QRectF(4, 4, 24, 24));
              p.setBrush(kPaper);
              p.drawRect(QRectF(9, 4, 14, 9));
              p.drawRect(QRectF(8, 18, 16, 10));
-         }}},
-        {"Print", {"document-print", [](QPainter& p) {
+         }},
+        {"Print", [](QPainter& p) {
              Page(p, {9, 3, 14, 10});
              p.setBrush(QColor(0x90, 0x90, 0x98));
              p.drawRoundedRect(QRectF(3, 12, 26, 12), 2, 2);
              Page(p, {9, 20, 14, 9});
-         }}},
-        {"Cut", {"edit-cut", [](QPainter& p) {
+         }},
+        {"Cut", [](QPainter& p) {
              p.drawLine(QPointF(9, 3), QPointF(21, 21));
              p.drawLine(QPointF(23, 3), QPointF(11, 21));
              p.setBrush(Qt::NoBrush);
              p.drawEllipse(QRectF(4, 20, 8, 8));
              p.drawEllipse(QRectF(20, 20, 8, 8));
-         }}},
-        {"Copy", {"edit-copy", [](QPainter& p) { Page(p, {4, 3, 16, 20}); Page(p, {12, 9, 16, 20}); }}},
-        {"Paste", {"edit-paste", [](QPainter& p) {
+         }},
+        {"Copy", [](QPainter& p) { Page(p, {4, 3, 16, 20}); Page(p, {12, 9, 16, 20}); }},
+        {"Paste", [](QPainter& p) {
              p.setBrush(QColor(0xc8, 0x98, 0x58));
              p.drawRoundedRect(QRectF(4, 5, 20, 24), 2, 2);
              p.setBrush(QColor(0x90, 0x90, 0x98));
              p.drawRect(QRectF(10, 2, 8, 6));
              Page(p, {13, 12, 16, 17});
-         }}},
-        {"control", {"preferences-system", [](QPainter& p) {
+         }},
+        {"control", [](QPainter& p) {
              p.setBrush(kPaper);
              p.drawEllipse(QRectF(3, 3, 26, 26));
              p.setPen(QPen(QColor(0xd0, 0x30, 0x30), 2.5));
              p.drawLine(QPointF(16, 16), QPointF(24, 9));
-         }}},
-        {"terminal", {"utilities-terminal", [](QPainter& p) {
+         }},
+        {"terminal", [](QPainter& p) {
              p.setBrush(kInk);
              p.drawRoundedRect(QRectF(2, 5, 28, 22), 2, 2);
              p.setPen(QPen(QColor(0x60, 0xe0, 0x60), 2));
              p.drawPolyline(QPolygonF({{7, 11}, {12, 15}, {7, 19}}));
              p.drawLine(QPointF(14, 20), QPointF(22, 20));
-         }}},
-        {"setup", {"preferences-other", [](QPainter& p) {
+         }},
+        {"setup", [](QPainter& p) {
              p.setBrush(QColor(0x90, 0x90, 0x98));
              for (int i = 0; i < 8; ++i) {
                  p.save();
@@ -108,8 +108,8 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              p.drawEllipse(QRectF(6, 6, 20, 20));
              p.setBrush(kPaper);
              p.drawEllipse(QRectF(12, 12, 8, 8));
-         }}},
-        {"setupjoy", {"input-gaming", [](QPainter& p) {
+         }},
+        {"setupjoy", [](QPainter& p) {
              p.setBrush(QColor(0x90, 0x90, 0x98));
              p.drawRoundedRect(QRectF(4, 22, 24, 7), 2, 2);
              p.setPen(QPen(kInk, 3));
@@ -117,8 +117,8 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              p.setPen(kInk);
              p.setBrush(QColor(0xd0, 0x30, 0x30));
              p.drawEllipse(QRectF(11, 3, 10, 10));
-         }}},
-        {"setupenc", {"media-optical", [](QPainter& p) {
+         }},
+        {"setupenc", [](QPainter& p) {
              p.setBrush(kPaper);
              p.drawEllipse(QRectF(3, 3, 26, 26));
              p.setBrush(kInk);
@@ -130,24 +130,24 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
                  p.restore();
              }
              p.drawEllipse(QRectF(13, 13, 6, 6));
-         }}},
-        {"Tile", {"view-grid", [](QPainter& p) {
+         }},
+        {"Tile", [](QPainter& p) {
              p.setBrush(kPaper);
              for (int i = 0; i < 3; ++i)
                  p.drawRect(QRectF(3 + i * 9, 5, 8, 22));
              p.setBrush(kAccent);
              for (int i = 0; i < 3; ++i)
                  p.drawRect(QRectF(3 + i * 9, 5, 8, 4));
-         }}},
-        {"ProgRun", {"media-playback-start", [](QPainter& p) {
+         }},
+        {"ProgRun", [](QPainter& p) {
              p.setBrush(QColor(0x3a, 0x9a, 0x4a));
              p.drawPolygon(QPolygonF({{9, 5}, {27, 16}, {9, 27}}));
-         }}},
-        {"ProgramStop", {"media-playback-stop", [](QPainter& p) {
+         }},
+        {"ProgramStop", [](QPainter& p) {
              p.setBrush(kAccent);
              p.drawRect(QRectF(7, 7, 18, 18));
-         }}},
-        {"Abort", {"process-stop", [](QPainter& p) {
+         }},
+        {"Abort", [](QPainter& p) {
              p.setBrush(QColor(0xc8, 0x32, 0x2a));
              QPolygonF octagon;
              for (int i = 0; i < 8; ++i)
@@ -155,8 +155,8 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              p.drawPolygon(octagon);
              p.setPen(QPen(Qt::white, 3));
              p.drawLine(QLineF(11, 16, 21, 16));
-         }}},
-        {"Help", {"help-contents", [](QPainter& p) {
+         }},
+        {"Help", [](QPainter& p) {
              p.setBrush(kAccent);
              p.drawEllipse(QRectF(3, 3, 26, 26));
              QFont font = p.font();
@@ -165,7 +165,7 @@ const std::map<QString, std::pair<QString, Drawing>>& Icons()
              p.setFont(font);
              p.setPen(Qt::white);
              p.drawText(QRectF(3, 3, 26, 26), Qt::AlignCenter, QStringLiteral("?"));
-         }}},
+         }},
     };
     // clang-format on
     return icons;
@@ -203,10 +203,16 @@ QIcon Initial(const QString& image)
 
 } // namespace
 
-QString ThemeIconName(const QString& image)
+QIcon ToolbarExtensionIcon(Qt::Orientation orientation)
 {
-    const auto it = Icons().find(image);
-    return it == Icons().end() ? QString() : it->second.first;
+    // Two chevrons pointing where the hidden buttons are.
+    return Drawn([orientation](QPainter& p) {
+        p.setPen(QPen(kInk, 2.5));
+        for (const qreal at : {10.0, 18.0}) {
+            const QPolygonF chevron({{at, 9}, {at + 6, 16}, {at, 23}});
+            p.drawPolyline(orientation == Qt::Horizontal ? chevron : QTransform(0, 1, 1, 0, 0, 0).map(chevron));
+        }
+    });
 }
 
 QIcon ToolbarIcon(const QString& image)
@@ -214,7 +220,7 @@ QIcon ToolbarIcon(const QString& image)
     const auto it = Icons().find(image);
     if (it == Icons().end())
         return Initial(image);
-    return QIcon::fromTheme(it->second.first, Drawn(it->second.second));
+    return Drawn(it->second);
 }
 
 } // namespace marlune::qt

@@ -5,11 +5,11 @@
 
 namespace marlune::qt {
 
-// The picture of a tool button, by the button's image name: the desktop's icon theme where it
-// has one, else a picture drawn here at run time, so that no image files ship.
+// The picture of a tool button, by the button's image name, drawn here at run time: no image
+// files ship, and no icon theme is searched at start, which would cost more than the frame.
 QIcon ToolbarIcon(const QString& image);
 
-// The theme name looked for first ("document-open"); empty for an image it does not know.
-QString ThemeIconName(const QString& image);
+// The picture of the button that shows the buttons a tool bar has no room for.
+QIcon ToolbarExtensionIcon(Qt::Orientation orientation);
 
 } // namespace marlune::qt
