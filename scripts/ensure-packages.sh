@@ -7,7 +7,7 @@ marlune_packages=(
   build-essential cmake g++ git clang-14 libclang-rt-14-dev
   qt6-base-dev qt6-serialport-dev qt6-charts-dev qt6-qpa-plugins
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  xvfb xauth xdotool libxcb1-dev
+  xvfb xauth xdotool libxcb1-dev pkg-config
   dpkg-dev lintian
 )
 
