@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QLocale>
-#include <QRegularExpression>
 #include <QStatusBar>
 
 namespace marlune::qt {
@@ -44,8 +43,12 @@ bool StatusClock::show(const QDateTime& now)
     const QLocale locale;
     const bool date = SetIfChanged(*date_, locale.toString(now.date(), QLocale::ShortFormat));
     // Hours and minutes, as the classic time panel has them, in the desktop's own order.
-    static const QString timeFormat =
-            locale.timeFormat(QLocale::ShortFormat).remove(QRegularExpression(QStringLiteral("[:.]ss?")));
+    static const QString timeFormat = [&locale] {
+        QString format = locale.timeFormat(QLocale::ShortFormat);
+        for (const char* seconds : {":ss", ".ss", ":s", ".s"})
+            format.remove(QLatin1String(seconds));
+        return format;
+    }();
     const bool time = SetIfChanged(*time_, locale.toString(now.time(), timeFormat));
     return date || time;
 }

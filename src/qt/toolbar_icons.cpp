@@ -159,12 +159,17 @@ const std::map<QString, Drawing>& Icons()
         {"Help", [](QPainter& p) {
              p.setBrush(kAccent);
              p.drawEllipse(QRectF(3, 3, 26, 26));
-             QFont font = p.font();
-             font.setBold(true);
-             font.setPixelSize(20);
-             p.setFont(font);
-             p.setPen(Qt::white);
-             p.drawText(QRectF(3, 3, 26, 26), Qt::AlignCenter, QStringLiteral("?"));
+             // A drawn question mark: a letter would load a bold font at start for one picture.
+             QPainterPath hook;
+             hook.moveTo(11.5, 12.5);
+             hook.arcTo(QRectF(11.5, 8, 9, 9), 180, -250);
+             hook.quadTo(16, 16.5, 16, 19.5);
+             p.setPen(QPen(Qt::white, 3, Qt::SolidLine, Qt::RoundCap));
+             p.setBrush(Qt::NoBrush);
+             p.drawPath(hook);
+             p.setPen(Qt::NoPen);
+             p.setBrush(Qt::white);
+             p.drawEllipse(QPointF(16, 24), 1.8, 1.8);
          }},
     };
     // clang-format on
