@@ -152,11 +152,18 @@ private:
     xcb_connection_t* connection_;
 };
 
+// The desk of this build, or the one that MARLUNE_DESK names, such as the installed /usr/bin/marlune-desk.
+std::string DeskUnderTest()
+{
+    const char* chosen = std::getenv("MARLUNE_DESK");
+    return chosen && *chosen ? chosen : MARLUNE_DESK;
+}
+
 // One running program with a main window of the given title; marlune-desk runs in a working
 // folder without marlunecom.ini.
 class Desk {
 public:
-    explicit Desk(const Display& display, std::vector<std::string> command = {MARLUNE_DESK},
+    explicit Desk(const Display& display, std::vector<std::string> command = {DeskUnderTest()},
                   std::string title = "MarluneDesk")
         : title_(std::move(title)), watcher_(display.name())
     {
