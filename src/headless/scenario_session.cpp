@@ -9,6 +9,7 @@
 #include "headless/quoted_text.h"
 #include "headless/scenario_failure.h"
 #include "link/controller_link.h"
+#include "link/exchange_log.h"
 #include "shell/program.h"
 
 #ifdef MARLUNE_HEADLESS_SIMULATOR
@@ -140,6 +141,9 @@ ScenarioSession::ScenarioSession() : expectations_(platform_, controller_), wait
 {
     forms::SetPlatform(&platform_);
     link::SetCom(&controller_);
+    // The communication log times the exchanges by the virtual clock, from midnight on.
+    link::Log() = link::ExchangeLog{};
+    link::Log().setClock([this] { return platform_.now() * 1000; }, 0);
     platform_.setModalDriver(this);
     program_ = std::make_unique<shell::Program>();
 }
@@ -147,6 +151,7 @@ ScenarioSession::ScenarioSession() : expectations_(platform_, controller_), wait
 ScenarioSession::~ScenarioSession()
 {
     program_.reset();
+    link::Log() = link::ExchangeLog{};
     link::SetCom(nullptr);
     forms::SetPlatform(nullptr);
 }

@@ -1,5 +1,6 @@
 #include "marlunecom/simulator_com.h"
 
+#include "link/exchange_log.h"
 #include "marlunecom/reply_frame.h"
 
 #include <algorithm>
@@ -103,6 +104,7 @@ std::int32_t SimulatorCom::failExchange()
 
 std::int32_t SimulatorCom::timeOut()
 {
+    link::NoteExchangeFailure(link::ExchangeFailure::TimedOut);
     controller_.advanceTo(controller_.now() + replyTimeoutMicros_);
     return failExchange();
 }
