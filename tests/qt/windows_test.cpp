@@ -340,6 +340,7 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.comSetup();
     program.devSerListSel();
     program.about();
+    program.communicationLog();
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
         // A family of windows is found by its first member.
