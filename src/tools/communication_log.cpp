@@ -179,12 +179,11 @@ void CommunicationLog::append()
 void CommunicationLog::showSummary()
 {
     const link::ExchangeLog& log = link::Log();
-    const std::uint64_t held = log.newest() + 1 - log.oldest();
-    std::string text = std::to_string(held) + " exchanges in the log (it keeps the last "
-                       + std::to_string(link::ExchangeLog::kCapacity) + ").";
+    const auto count = [](std::uint64_t n) { return std::to_string(n) + (n == 1 ? " exchange" : " exchanges"); };
+    std::string text = count(log.newest() + 1 - log.oldest()) + " in the log, which keeps the last "
+                       + std::to_string(link::ExchangeLog::kCapacity) + ".";
     if (Pause.value() == 1)
-        text += " Paused: the log goes on recording; " + std::to_string(log.newest() - taken_)
-                + " new exchanges are shown when the pause ends.";
+        text += " Paused: the log goes on recording, " + count(log.newest() - taken_) + " since.";
     Summary.setCaption(text);
 }
 
