@@ -126,7 +126,7 @@ TEST_F(Frame, TheTerminalOpensModallyFromTheMenuRunsACommandAndItsCloseBoxUnload
 }
 
 // The log opens from the Tools menu in a window of its own, shows every exchange so far with the
-// newest selected and a failure marked, and takes the next one on its timer.
+// newest selected and a failure marked, and adds the next one on its timer to the lines shown.
 TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
 {
     link::Log() = link::ExchangeLog{};
@@ -144,6 +144,7 @@ TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
     ASSERT_EQ(list->count(), 3);
     EXPECT_TRUE(list->item(1)->text().contains(QStringLiteral("  X5000  ->  OK  ")));
     EXPECT_TRUE(list->currentItem()->text().contains(QStringLiteral("!! V1  ->  library error")));
+    const QListWidgetItem* first = list->item(0);
     std::string command = "???";
     std::string reply;
     link::SendCommand(command, reply);
@@ -154,6 +155,7 @@ TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
     }
     EXPECT_EQ(list->count(), 4);
     EXPECT_EQ(list->currentRow(), 3);
+    EXPECT_EQ(list->item(0), first) << "a list that grows keeps the lines it shows";
     EXPECT_TRUE(SaveScreenshot(*window, "CommunicationLog.png"));
     window->close();
     EXPECT_FALSE(program.findForm("CommunicationLog")->loaded());
