@@ -1,7 +1,9 @@
 #include "headless_fixture.h"
 
+#include <chrono>
 #include <cstring>
 #include <optional>
+#include <thread>
 
 #include "link/command_exchange.h"
 #include "link/exchange_log.h"
@@ -34,6 +36,21 @@ TEST(ExchangeLogRing, KeepsTheLastTenThousandNumberedAndCountsWhatLeftIt)
     EXPECT_EQ(log.oldest(), total + 1);
     EXPECT_EQ(log.newest(), total + 1);
     EXPECT_EQ(log.at(total + 1).request, "V1\r");
+}
+
+// Its own clock follows the steady clock, whatever it reads it through.
+TEST(ExchangeLogClock, FollowsTheSteadyClock)
+{
+    using namespace std::chrono;
+    const auto steady = [] { return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count(); };
+    ExchangeLog log;
+    const std::int64_t before = steady();
+    const std::int64_t first = log.now();
+    std::this_thread::sleep_for(20ms);
+    const std::int64_t second = log.now();
+    const std::int64_t after = steady();
+    EXPECT_GE(second - first, 20'000 * 99 / 100);
+    EXPECT_LE(second - first, (after - before) * 101 / 100);
 }
 
 // A library whose exchange answers with `reply`, or fails having noted why as our own links do.
