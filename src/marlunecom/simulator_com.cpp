@@ -52,8 +52,12 @@ std::int32_t SimulatorCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, 
 {
     ++counters_.exchanges;
     auto* link = links_.find(handle);
-    if (link == nullptr || request == nullptr || reply == nullptr)
+    if (request == nullptr || reply == nullptr)
         return failExchange();
+    if (link == nullptr) {
+        link::NoteExchangeFailure(link::ExchangeFailure::Refused);
+        return failExchange();
+    }
 
     controller_.advanceTo(std::max(controller_.now(), clock_()));
     if (link->dropped || dropsNow())

@@ -35,9 +35,10 @@ std::int32_t StreamCom::close(std::int32_t /*kind*/, std::int32_t handle) { retu
 std::int32_t StreamCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, const char* request, char* reply)
 {
     auto* stream = streams_.find(handle);
-    if (stream == nullptr || request == nullptr || reply == nullptr)
+    if (request == nullptr || reply == nullptr)
         return 0;
-    if (stream->dead) {
+    // No connection, or one that has gone: nothing is sent.
+    if (stream == nullptr || stream->dead) {
         link::NoteExchangeFailure(link::ExchangeFailure::Refused);
         return 0;
     }

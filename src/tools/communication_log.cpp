@@ -75,7 +75,7 @@ std::string FailureText(link::ExchangeFailure failure)
     case link::ExchangeFailure::TimedOut: return "time-out";
     case link::ExchangeFailure::LibraryError: return "library error";
     case link::ExchangeFailure::TooLong: return "too long, not sent";
-    case link::ExchangeFailure::Refused: return "refused, not sent: the link is lost";
+    case link::ExchangeFailure::Refused: return "refused, not sent: no working link";
     }
     return {};
 }

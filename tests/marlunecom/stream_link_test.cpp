@@ -111,6 +111,7 @@ protected:
         ASSERT_TRUE(transport.start(Script));
         handle = testing::OpenLink(com, kKind, 0, transport.address());
         ASSERT_GT(handle, 0);
+        link::TakeNotedFailure(); // what earlier tests left
     }
 
     std::int32_t exchange(std::int32_t to, const char* frame) { return com.sendRecv(kKind, to, frame, reply.fresh()); }
@@ -188,8 +189,10 @@ TYPED_TEST(StreamLinkTest, AnAddressThatNamesNoPeerFailsTheOpenAndAnUnknownOrClo
     for (const auto& address : TypeParam::badAddresses())
         EXPECT_LE(testing::OpenLink(this->com, this->kKind, 0, address), 0) << '"' << address << '"';
     this->com.close(this->kKind, this->handle);
-    for (const std::int32_t handle : {this->handle, this->handle + 1, 0})
+    for (const std::int32_t handle : {this->handle, this->handle + 1, 0}) {
         EXPECT_EQ(this->exchange(handle, "V1\r"), 0);
+        EXPECT_EQ(link::TakeNotedFailure(), link::ExchangeFailure::Refused);
+    }
     EXPECT_TRUE(this->transport.peer->received().empty());
 }
 

@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(Records, ExchangeLines, ::testing::Values(
     Shown{{0, "???\r", "", 2'000'400, F::TimedOut},
           "00:00:00.000  !! ???  ->  time-out  2000.4 ms", "00:00:00.000\t???\t\t2000.4 ms\ttime-out"},
     Shown{{0, "V1\r", "", 0, F::Refused},
-          "00:00:00.000  !! V1  ->  refused, not sent: the link is lost", "00:00:00.000\tV1\t\t0.000 ms\trefused, not sent: the link is lost"}));
+          "00:00:00.000  !! V1  ->  refused, not sent: no working link", "00:00:00.000\tV1\t\t0.000 ms\trefused, not sent: no working link"}));
 // clang-format on
 
 } // namespace
