@@ -121,26 +121,18 @@ void ShowProgress(const forms::Control& control, QWidget& widget)
         bar.setValue(progress.value());
 }
 
-bool SameItems(const QListWidget& list, const std::vector<std::string>& items)
-{
-    bool same = list.count() == static_cast<int>(items.size());
-    for (int i = 0; same && i < list.count(); ++i)
-        same = list.item(i)->text() == ShownText(items[static_cast<std::size_t>(i)]);
-    return same;
-}
-
 void ShowList(const forms::Control& control, QWidget& widget)
 {
     auto& list = static_cast<QListWidget&>(widget);
     const auto& box = static_cast<const forms::ListBox&>(control);
     const std::vector<std::string>& items = box.items();
-    // A list box grows only at its end or is cleared, and the widget follows each change: a list
-    // that has grown behind the last item shown takes only the new items, so that a list of
-    // thousands of lines filled one by one is not compared whole at each line.
+    // A list box grows only at its end or is cleared, and the widget follows each change, so its
+    // last line tells whether it still shows the start of the model's items: a list of thousands
+    // of lines takes only its new ones and is never compared whole.
     auto kept = static_cast<std::size_t>(list.count());
-    const bool grown =
-            kept > 0 && kept < items.size() && list.item(list.count() - 1)->text() == ShownText(items[kept - 1]);
-    if (!grown && !SameItems(list, items)) {
+    const bool showsStart =
+            kept == 0 || (kept <= items.size() && list.item(list.count() - 1)->text() == ShownText(items[kept - 1]));
+    if (!showsStart) {
         list.clear();
         kept = 0;
     }
