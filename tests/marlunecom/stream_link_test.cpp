@@ -58,10 +58,7 @@ struct TcpTransport {
         const std::string closedPort = testing::ScriptedPeer::onTcp({})->address(); // nobody listens once it is gone
         return {"", "   ", "127.0.0.1:0", "127.0.0.1:http", "127.0.0.1:70000", "[127.0.0.1", closedPort};
     }
-    static std::vector<link::ExchangeFailure> hangUpNotes()
-    {
-        return {link::ExchangeFailure::None, link::ExchangeFailure::Refused};
-    }
+    static inline const std::vector kHangUpNotes{link::ExchangeFailure::None, link::ExchangeFailure::Refused};
     bool start(PeerScript script) { return (peer = testing::ScriptedPeer::onTcp(std::move(script)))->ready(); }
     std::string address() const { return peer->address(); }
     std::unique_ptr<testing::ScriptedPeer> peer;
@@ -76,10 +73,7 @@ struct SerialTransport {
     {
         return {"", "   ", "LPT1", "COM0", "COM2", "COM5", "/nonexistent/ttyACM0", "/dev/null"};
     }
-    static std::vector<link::ExchangeFailure> hangUpNotes()
-    {
-        return {link::ExchangeFailure::TimedOut, link::ExchangeFailure::TimedOut};
-    }
+    static inline const std::vector kHangUpNotes{link::ExchangeFailure::TimedOut, link::ExchangeFailure::TimedOut};
     bool start(PeerScript script)
     {
         peer = testing::ScriptedPeer::onPty(std::move(script));
@@ -161,7 +155,7 @@ TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
         EXPECT_EQ(std::string(this->reply.bytes.data(), expected.size()), expected);
     }
     EXPECT_EQ(this->transport.peer->received(), received) << "each frame went out as handed in, none on a dead handle";
-    EXPECT_EQ(notes, TypeParam::hangUpNotes());
+    EXPECT_EQ(notes, TypeParam::kHangUpNotes);
 }
 
 // An unfinished reply fails after the reply time-out and the link is lost: the exchanges that

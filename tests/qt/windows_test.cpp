@@ -130,31 +130,26 @@ TEST_F(Frame, TheTerminalOpensModallyFromTheMenuRunsACommandAndItsCloseBoxUnload
 TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
 {
     link::Log() = link::ExchangeLog{};
-    desk.com.setReply("X5000", "OK");
     desk.com.failNext("V1", 1);
-    for (std::string command : {"ABS", "X5000", "V1"}) {
+    for (std::string command : {"X5000", "V1", "???"}) {
         std::string reply;
         link::SendCommand(command, reply);
+        if (command == "V1")
+            frame->menuBar()->findChild<QAction*>(QStringLiteral("mnuToolsCommunicationLog"))->trigger();
     }
-    frame->menuBar()->findChild<QAction*>(QStringLiteral("mnuToolsCommunicationLog"))->trigger();
     QWidget* window = desk.platform.window(*program.findForm("CommunicationLog"));
     ASSERT_NE(window, nullptr);
     EXPECT_FALSE(window->isModal());
     auto* list = window->findChild<QListWidget*>(QStringLiteral("Exchanges"));
-    ASSERT_EQ(list->count(), 3);
-    EXPECT_TRUE(list->item(1)->text().contains(QStringLiteral("  X5000  ->  OK  ")));
-    EXPECT_TRUE(list->currentItem()->text().contains(QStringLiteral("!! V1  ->  library error")));
     const QListWidgetItem* first = list->item(0);
-    std::string command = "???";
-    std::string reply;
-    link::SendCommand(command, reply);
-    for (int look = 0; look < 100 && list->count() < 4; ++look) {
+    EXPECT_TRUE(list->currentItem()->text().contains(QStringLiteral("!! V1  ->  library error")));
+    for (int look = 0; look < 100 && list->count() < 3; ++look) {
         QEventLoop wait;
         QTimer::singleShot(tools::CommunicationLog::kRefreshMs / 5, &wait, &QEventLoop::quit);
         wait.exec();
     }
-    EXPECT_EQ(list->count(), 4);
-    EXPECT_EQ(list->currentRow(), 3);
+    EXPECT_EQ(list->count(), 3);
+    EXPECT_EQ(list->currentRow(), 2);
     EXPECT_EQ(list->item(0), first) << "a list that grows keeps the lines it shows";
     EXPECT_TRUE(SaveScreenshot(*window, "CommunicationLog.png"));
     window->close();
