@@ -80,6 +80,8 @@ std::string FailureText(link::ExchangeFailure failure)
     return {};
 }
 
+std::string CountOfExchanges(std::uint64_t n) { return std::to_string(n) + (n == 1 ? " exchange" : " exchanges"); }
+
 bool Sent(link::ExchangeFailure failure)
 {
     return failure != link::ExchangeFailure::TooLong && failure != link::ExchangeFailure::Refused;
@@ -166,7 +168,7 @@ void CommunicationLog::append()
 {
     const link::ExchangeLog& log = link::Log();
     if (const std::uint64_t dropped = log.droppedAfter(taken_))
-        Exchanges.addItem("-- " + std::to_string(dropped) + " exchanges left the log before they were shown --");
+        Exchanges.addItem("-- " + CountOfExchanges(dropped) + " left the log before they were shown --");
     for (std::uint64_t n = std::max(taken_ + 1, log.oldest()); n <= log.newest(); ++n) {
         if (shows(log.at(n)))
             Exchanges.addItem(ExchangeLine(log.at(n)));
@@ -179,11 +181,10 @@ void CommunicationLog::append()
 void CommunicationLog::showSummary()
 {
     const link::ExchangeLog& log = link::Log();
-    const auto count = [](std::uint64_t n) { return std::to_string(n) + (n == 1 ? " exchange" : " exchanges"); };
-    std::string text = count(log.newest() + 1 - log.oldest()) + " in the log, which keeps the last "
+    std::string text = CountOfExchanges(log.newest() + 1 - log.oldest()) + " in the log, which keeps the last "
                        + std::to_string(link::ExchangeLog::kCapacity) + ".";
     if (Pause.value() == 1)
-        text += " Paused: the log goes on recording, " + count(log.newest() - taken_) + " since.";
+        text += " Paused: the log goes on recording, " + CountOfExchanges(log.newest() - taken_) + " since.";
     Summary.setCaption(text);
 }
 
