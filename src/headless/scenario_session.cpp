@@ -9,6 +9,7 @@
 #include "headless/quoted_text.h"
 #include "headless/scenario_failure.h"
 #include "link/controller_link.h"
+#include "link/exchange_log.h"
 #include "shell/program.h"
 
 #ifdef MARLUNE_HEADLESS_SIMULATOR
@@ -140,6 +141,9 @@ ScenarioSession::ScenarioSession() : expectations_(platform_, controller_), wait
 {
     forms::SetPlatform(&platform_);
     link::SetCom(&controller_);
+    // The communication log times the exchanges by the virtual clock, from midnight on.
+    link::Log() = link::ExchangeLog{};
+    link::Log().setClock([this] { return platform_.now() * 1000; }, 0);
     platform_.setModalDriver(this);
     program_ = std::make_unique<shell::Program>();
 }
@@ -147,6 +151,7 @@ ScenarioSession::ScenarioSession() : expectations_(platform_, controller_), wait
 ScenarioSession::~ScenarioSession()
 {
     program_.reset();
+    link::Log() = link::ExchangeLog{};
     link::SetCom(nullptr);
     forms::SetPlatform(nullptr);
 }
@@ -159,9 +164,11 @@ ScenarioOutcome ScenarioSession::run(const Scenario& scenario)
     }
     cursor_.emplace(scenario.statements);
     try {
-        runStatements(nullptr);
-    } catch (const ScriptEnded&) {
-        return {};
+        try {
+            runStatements(nullptr);
+        } catch (const ScriptEnded&) {
+        }
+        checkEveryExchangeLogged();
     } catch (const ScenarioFailure& failure) {
         return {false, failure.line() ? failure.line() : currentLine_, failure.what()};
     } catch (const UnansweredDialog& dialog) {
@@ -173,6 +180,22 @@ ScenarioOutcome ScenarioSession::run(const Scenario& scenario)
 }
 
 void ScenarioSession::runUntilUnloaded(forms::Form& form) { runStatements(&form); }
+
+void ScenarioSession::checkEveryExchangeLogged() const
+{
+    // Every window's exchanges reach the controller through the one exchange that logs them.
+    const link::ExchangeLog& log = link::Log();
+    if (log.oldest() != 1)
+        return; // some left the log
+    int made = 0;
+    for (std::uint64_t n = 1; n <= log.newest(); ++n) {
+        const link::ExchangeFailure failure = log.at(n).failure;
+        made += failure != link::ExchangeFailure::TooLong && failure != link::ExchangeFailure::Refused;
+    }
+    if (made != exchanges())
+        throw ScenarioFailure(std::to_string(exchanges()) + " exchanges reached the controller, " + std::to_string(made)
+                              + " of them the communication log");
+}
 
 void ScenarioSession::runStatements(forms::Form* modal)
 {

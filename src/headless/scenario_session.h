@@ -66,6 +66,8 @@ private:
     template <class Action>
     void spanning(Action action);
     void finishWait();
+    // Fails the scenario when an exchange of the controller is missing from the communication log.
+    void checkEveryExchangeLogged() const;
     forms::Form* innermostModal() const;
     shell::Program* startedProgram() const;
 

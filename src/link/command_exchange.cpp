@@ -1,12 +1,15 @@
 #include "link/command_exchange.h"
 
 #include <array>
+#include <cstring>
 #include <initializer_list>
 #include <optional>
+#include <string_view>
 
 #include "forms/platform.h"
 #include "forms/text.h"
 #include "link/controller_link.h"
+#include "link/exchange_log.h"
 
 namespace marlune::link {
 
@@ -29,6 +32,8 @@ Framed Frame(std::string& command, SendBuffer& frame, bool& listing)
     if (command.empty())
         return Framed::Empty;
     if (command.size() > kLongestCommand) {
+        const std::int64_t now = Log().now();
+        Log().record(now, now, command, {}, ExchangeFailure::TooLong);
         forms::MsgBox("Command too long: " + command);
         return Framed::TooLong;
     }
@@ -43,13 +48,21 @@ Framed Frame(std::string& command, SendBuffer& frame, bool& listing)
     return Framed::Ready;
 }
 
-// The reply text from the receive buffer: up to a NUL or 0x04, or the end of the buffer.
+// The reply in a receive buffer: up to a NUL or 0x04, or the end of the buffer.
+std::string_view ReplyBytes(const char* buffer)
+{
+    // Two scans for one byte each are quicker than one scan for either.
+    std::size_t size = strnlen(buffer, kReceiveBufferSize);
+    if (const void* end = std::memchr(buffer, '\x04', size))
+        size = static_cast<std::size_t>(static_cast<const char*>(end) - buffer);
+    return {buffer, size};
+}
+
+// The reply text, without line ends unless it is a listing.
 void Unframe(const ReceiveBuffer& buffer, bool listing, std::string& reply)
 {
     reply.clear();
-    for (char c : buffer) {
-        if (c == '\0' || c == '\x04')
-            break;
+    for (char c : ReplyBytes(buffer.data())) {
         if ((c == '\r' || c == '\n') && !listing)
             continue;
         reply.push_back(c);
@@ -72,15 +85,11 @@ std::optional<bool> EarlyResult(Framed framed)
 bool Exchange(std::initializer_list<const char*> frames, int rounds, bool listing, std::string& reply)
 {
     const ControllerLink& link = Link();
-    if (!KnownKind(link.linkKind)) {
-        reply = kExchangeFailedText;
-        return false;
-    }
     ReceiveBuffer received{};
     std::int32_t result = 0;
     for (int round = 0; round < rounds; ++round) {
         for (const char* frame : frames)
-            result = Com().sendRecv(link.linkKind, link.linkHandle, frame, received.data());
+            result = Transact(link, frame, received.data());
     }
     if (!Succeeded(result)) {
         reply = kExchangeFailedText;
@@ -91,6 +100,26 @@ bool Exchange(std::initializer_list<const char*> frames, int rounds, bool listin
 }
 
 } // namespace
+
+std::int32_t Transact(const ControllerLink& link, const char* request, char* reply)
+{
+    ExchangeLog& log = Log();
+    const std::string_view frame(request, strnlen(request, kSendBufferSize));
+    const std::int64_t start = log.now();
+    if (!KnownKind(link.linkKind)) {
+        log.record(start, start, frame, {}, ExchangeFailure::Refused);
+        return 0;
+    }
+    NoteExchangeFailure(ExchangeFailure::None);
+    const std::int32_t result = Com().sendRecv(link.linkKind, link.linkHandle, request, reply);
+    const std::int64_t end = log.now();
+    const ExchangeFailure noted = TakeNotedFailure();
+    if (Succeeded(result))
+        log.record(start, end, frame, ReplyBytes(reply), ExchangeFailure::None);
+    else
+        log.record(start, end, frame, {}, noted == ExchangeFailure::None ? ExchangeFailure::LibraryError : noted);
+    return result;
+}
 
 std::string CleanCommand(const std::string& command)
 {

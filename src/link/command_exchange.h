@@ -1,11 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace marlune::link {
 
+struct ControllerLink;
+
 inline constexpr std::size_t kLongestCommand = 32;
 inline constexpr const char* kExchangeFailedText = "Error in Send Receive!";
+
+// The one way to the library's exchange: hands the NUL-terminated `request` frame and the
+// `reply` buffer (kReceiveBufferSize bytes) to the library over `link`, and records the exchange
+// in the log. While no link kind is known no call is made and the exchange is Refused.
+// Returns the library's result.
+std::int32_t Transact(const ControllerLink& link, const char* request, char* reply);
 
 // Removes the blanks (0x20 only) and everything from the first ';' on.
 std::string CleanCommand(const std::string& command);

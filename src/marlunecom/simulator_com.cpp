@@ -1,5 +1,6 @@
 #include "marlunecom/simulator_com.h"
 
+#include "link/exchange_log.h"
 #include "marlunecom/reply_frame.h"
 
 #include <algorithm>
@@ -51,8 +52,12 @@ std::int32_t SimulatorCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, 
 {
     ++counters_.exchanges;
     auto* link = links_.find(handle);
-    if (link == nullptr || request == nullptr || reply == nullptr)
+    if (request == nullptr || reply == nullptr)
         return failExchange();
+    if (link == nullptr) {
+        link::NoteExchangeFailure(link::ExchangeFailure::Refused);
+        return failExchange();
+    }
 
     controller_.advanceTo(std::max(controller_.now(), clock_()));
     if (link->dropped || dropsNow())
@@ -103,6 +108,7 @@ std::int32_t SimulatorCom::failExchange()
 
 std::int32_t SimulatorCom::timeOut()
 {
+    link::NoteExchangeFailure(link::ExchangeFailure::TimedOut);
     controller_.advanceTo(controller_.now() + replyTimeoutMicros_);
     return failExchange();
 }

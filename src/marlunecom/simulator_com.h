@@ -31,6 +31,9 @@ namespace marlune::marlunecom {
 // that many more exchanges through and then kills every open handle (later exchanges on them
 // fail, new opens work).
 //
+// A failed exchange notes why for the communication log, as the real links do: an unknown
+// handle refuses, a missing answer is a time-out.
+//
 // Any kind is accepted and the address is left as it is. The counters count calls: every
 // open, close and exchange, and among them the failed opens and exchanges.
 class SimulatorCom final : public link::MarluneCom {

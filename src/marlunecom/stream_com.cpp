@@ -1,5 +1,6 @@
 #include "marlunecom/stream_com.h"
 
+#include "link/exchange_log.h"
 #include "marlunecom/reply_frame.h"
 #include "marlunecom/stream_exchange.h"
 
@@ -34,8 +35,13 @@ std::int32_t StreamCom::close(std::int32_t /*kind*/, std::int32_t handle) { retu
 std::int32_t StreamCom::sendRecv(std::int32_t /*kind*/, std::int32_t handle, const char* request, char* reply)
 {
     auto* stream = streams_.find(handle);
-    if (stream == nullptr || request == nullptr || reply == nullptr || stream->dead)
+    if (request == nullptr || reply == nullptr)
         return 0;
+    // No connection, or one that has gone: nothing is sent.
+    if (stream == nullptr || stream->dead) {
+        link::NoteExchangeFailure(link::ExchangeFailure::Refused);
+        return 0;
+    }
     if (stream->lost)
         return probe(*stream, RequestFrame(request), reply) ? 1 : 0;
     const QDeadlineTimer deadline(timeouts_.reply);
@@ -49,12 +55,12 @@ bool StreamCom::probe(Stream& stream, std::string_view request, char* reply)
         stream.probeLeftMs = timeouts_.probe.count();
     bool answered = false;
     // Spent: a request whose reply nobody would wait for must not go out.
-    if (stream.probeLeftMs > 0) {
-        const QDeadlineTimer deadline(stream.probeLeftMs);
-        answered = resynchronise(*stream.device, deadline)
-                   && settle(stream, ExchangeOverStream(*stream.device, request, reply, deadline));
-        stream.probeLeftMs = std::max<qint64>(deadline.remainingTime(), 0);
-    }
+    const QDeadlineTimer deadline(std::max<qint64>(stream.probeLeftMs, 0));
+    if (stream.probeLeftMs > 0 && resynchronise(*stream.device, deadline))
+        answered = settle(stream, ExchangeOverStream(*stream.device, request, reply, deadline));
+    else
+        link::NoteExchangeFailure(link::ExchangeFailure::Refused);
+    stream.probeLeftMs = std::max<qint64>(deadline.remainingTime(), 0);
     stream.probeRenewal.setRemainingTime(timeouts_.probe);
     return answered;
 }
@@ -68,7 +74,10 @@ bool StreamCom::settle(Stream& stream, bool answered)
     if (gone(*stream.device)) {
         stream.device->close();
         stream.dead = true;
-    } else if (!stream.lost) {
+        return false;
+    }
+    link::NoteExchangeFailure(link::ExchangeFailure::TimedOut);
+    if (!stream.lost) {
         stream.lost = true;
         stream.probeLeftMs = timeouts_.probe.count();
         stream.probeRenewal.setRemainingTime(timeouts_.probe);

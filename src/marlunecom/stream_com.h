@@ -28,6 +28,10 @@ namespace marlune::marlunecom {
 // not given cannot answer a later request, and the first that is answered makes the handle
 // sound again.
 //
+// A failed exchange notes why for the communication log: a time-out when the request went out
+// and no reply came in time, a refusal when nothing went out (no such handle, a dead one, a
+// spent probe).
+//
 // No event loop runs during a call: the waits poll the device themselves.
 class StreamCom : public link::MarluneCom {
 public:

@@ -43,8 +43,7 @@ public:
         std::copy_n(text.begin(), end, sendBuffer_.begin());
         sendBuffer_[end] = '\r';
         sendBuffer_[end + 1] = '\0';
-        const link::ControllerLink& controller = link::Link();
-        link::Com().sendRecv(controller.linkKind, controller.linkHandle, sendBuffer_.data(), receiveBuffer_.data());
+        link::Transact(link::Link(), sendBuffer_.data(), receiveBuffer_.data());
     }
 
 private:

@@ -14,6 +14,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStringList>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -124,13 +125,22 @@ void ShowList(const forms::Control& control, QWidget& widget)
 {
     auto& list = static_cast<QListWidget&>(widget);
     const auto& box = static_cast<const forms::ListBox&>(control);
-    bool same = list.count() == static_cast<int>(box.items().size());
-    for (int i = 0; same && i < list.count(); ++i)
-        same = list.item(i)->text() == ShownText(box.items()[static_cast<std::size_t>(i)]);
-    if (!same) {
+    const std::vector<std::string>& items = box.items();
+    // A list box grows only at its end or is cleared, and the widget follows each change, so its
+    // last line tells whether it still shows the start of the model's items: a list of thousands
+    // of lines takes only its new ones and is never compared whole.
+    auto kept = static_cast<std::size_t>(list.count());
+    const bool showsStart =
+            kept == 0 || (kept <= items.size() && list.item(list.count() - 1)->text() == ShownText(items[kept - 1]));
+    if (!showsStart) {
         list.clear();
-        for (const std::string& item : box.items())
-            list.addItem(ShownText(item));
+        kept = 0;
+    }
+    if (kept < items.size()) {
+        QStringList added;
+        for (std::size_t i = kept; i < items.size(); ++i)
+            added << ShownText(items[i]);
+        list.addItems(added);
     }
     if (list.currentRow() != box.listIndex())
         list.setCurrentRow(box.listIndex());

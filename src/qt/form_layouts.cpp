@@ -17,6 +17,7 @@
 #include "qt/picture_widget.h"
 
 #include "ui_ComSetup.h"
+#include "ui_CommunicationLog.h"
 #include "ui_DevSerListSel.h"
 #include "ui_MainControl.h"
 #include "ui_MonitorAI.h"
@@ -101,6 +102,7 @@ const std::vector<FormLayout>& FormLayouts()
             {"ComSetup", false, &SetUp<Ui::ComSetup, QWidget>},
             {"DevSerListSel", false, &SetUp<Ui::DevSerListSel, QWidget>},
             {"frmAbout", false, &SetUp<Ui::frmAbout, QWidget>},
+            {"CommunicationLog", false, &SetUp<Ui::CommunicationLog, QWidget>},
     };
     return layouts;
 }

@@ -15,6 +15,7 @@
 #include "shell/frm_about.h"
 #include "shell/menu_table.h"
 #include "shell/program.h"
+#include "tools/communication_log.h"
 #include "tools/terminal.h"
 #include "transfer/memory_operations.h"
 
@@ -79,6 +80,12 @@ void FrmMain::connectMenus()
     menuItem("LoadFromFile")->onClick = [this] { transfer::LoadFromFile(program_.status()); };
     menuItem("mnuToolsCompareMemory")->onClick = [this] {
         transfer::CompareMemoryWithFile(program_.status(), program_.compareMemory());
+    };
+    menuItem("mnuToolsCommunicationLog")->onClick = [this] {
+        // A window of its own beside the frame, so that it can watch a modal panel's traffic.
+        tools::CommunicationLog& log = program_.communicationLog();
+        if (log.loaded() || log.load())
+            forms::CurrentPlatform().showOwned(log, *this);
     };
     menuItem("mnuSetup")->onClick = [this] { forms::ShowModal(program_.setup(), this); };
     menuItem("mnuSetupJoystick")->onClick = [this] { forms::ShowModal(program_.setupJoystick(), this); };

@@ -23,7 +23,7 @@ struct ToolPlace {
 };
 
 // clang-format off
-inline constexpr std::array<MenuEntry, 46> kMenuTable = {{
+inline constexpr std::array<MenuEntry, 48> kMenuTable = {{
     {"mnuFile", "", "&File", ""},
     {"UploadProject", "mnuFile", "Upload Project", ""},
     {"NewProject", "mnuFile", "New Project", ""},
@@ -60,6 +60,8 @@ inline constexpr std::array<MenuEntry, 46> kMenuTable = {{
     {"StoreToFile", "mnuTools", "Store from Memory to File", ""},
     {"LoadFromFile", "mnuTools", "Load from File to Memory", ""},
     {"mnuToolsCompareMemory", "mnuTools", "Compare Memory with File...", ""},
+    {"ToolSeparateLog", "mnuTools", "-", ""},
+    {"mnuToolsCommunicationLog", "mnuTools", "Communication Log", ""},
     {"mnuWindow", "", "&Window", ""},
     {"mnuWindowCascade", "mnuWindow", "&Cascade", ""},
     {"mnuWindowTileHorizontal", "mnuWindow", "Tile &Horizontal", ""},

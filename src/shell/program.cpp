@@ -15,6 +15,7 @@
 #include "project/projects.h"
 #include "shell/frm_about.h"
 #include "shell/frm_main.h"
+#include "tools/communication_log.h"
 #include "tools/program_viewer.h"
 #include "tools/terminal.h"
 #include "transfer/compare_memory.h"
@@ -115,6 +116,8 @@ config::DevSerListSel& Program::devSerListSel() { return Made(devSerListSel_); }
 
 FrmAbout& Program::about() { return Made(about_); }
 
+tools::CommunicationLog& Program::communicationLog() { return Made(communicationLog_); }
+
 namespace {
 
 // "frmProjectProgram[n]" names the window of program n.
@@ -135,6 +138,8 @@ forms::Form* Program::findForm(std::string_view name)
         return frame_.get();
     if (name == "Terminal")
         return terminal_.get();
+    if (name == "CommunicationLog")
+        return communicationLog_.get();
     if (name == "MainControl")
         return mainControl_.get();
     if (name == "NewPos")

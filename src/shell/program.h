@@ -13,6 +13,7 @@ class Form;
 namespace marlune::tools {
 class Terminal;
 class ProgramViewer;
+class CommunicationLog;
 } // namespace marlune::tools
 namespace marlune::transfer {
 class Status;
@@ -58,6 +59,7 @@ public:
 
     FrmMain& frame();
     tools::Terminal& terminal();
+    tools::CommunicationLog& communicationLog();
     panel::MainControl& mainControl();
     transfer::Status& status();
     transfer::CompareMemory& compareMemory();
@@ -85,6 +87,7 @@ public:
 private:
     std::unique_ptr<FrmMain> frame_;
     std::unique_ptr<tools::Terminal> terminal_;
+    std::unique_ptr<tools::CommunicationLog> communicationLog_;
     std::unique_ptr<transfer::Status> status_;
     std::unique_ptr<transfer::CompareMemory> compareMemory_;
     std::unique_ptr<tools::ProgramViewer> programViewer_;

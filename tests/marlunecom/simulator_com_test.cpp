@@ -1,3 +1,4 @@
+#include "link/exchange_log.h"
 #include "link_test_support.h"
 #include "marlunecom/simulator_com.h"
 
@@ -39,15 +40,18 @@ struct Fault {
 class SimulatorComFaultTest : public SimulatorComTest, public ::testing::WithParamInterface<Fault> {};
 
 // An exchange that gets no answer costs the time-out even on a frozen clock, so that a loop
-// of tries sees time pass. Afterwards a fresh handle answers at once, and the controller's
+// of tries sees time pass, and is noted as a time-out. Afterwards a fresh handle answers at once, and the controller's
 // clock never goes back to the frozen one.
 TEST_P(SimulatorComFaultTest, ShowsInTheExchangesAndTheControllersClock)
 {
     const Fault& fault = GetParam();
     const auto handle = open();
     com.failureModes() = fault.modes;
-    for (const bool succeeds : fault.succeed)
+    link::TakeNotedFailure(); // what earlier tests left
+    for (const bool succeeds : fault.succeed) {
         EXPECT_EQ(exchange(handle, fault.frame) != 0, succeeds);
+        EXPECT_EQ(link::TakeNotedFailure(), succeeds ? link::ExchangeFailure::None : link::ExchangeFailure::TimedOut);
+    }
     EXPECT_EQ(com.controller().now(), fault.now);
     const auto failed = std::count(fault.succeed.begin(), fault.succeed.end(), false);
     EXPECT_EQ(com.counters().failedExchanges, failed);

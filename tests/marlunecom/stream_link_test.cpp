@@ -1,6 +1,7 @@
 // The behaviour that the TCP and the serial link share, run against a scripted peer on
 // each: a loopback connection and a pseudo-terminal.
 
+#include "link/exchange_log.h"
 #include "link_test_support.h"
 #include "marlunecom/com_port_name.h"
 #include "marlunecom/serial_com.h"
@@ -57,6 +58,7 @@ struct TcpTransport {
         const std::string closedPort = testing::ScriptedPeer::onTcp({})->address(); // nobody listens once it is gone
         return {"", "   ", "127.0.0.1:0", "127.0.0.1:http", "127.0.0.1:70000", "[127.0.0.1", closedPort};
     }
+    static inline const std::vector kHangUpNotes{link::ExchangeFailure::None, link::ExchangeFailure::Refused};
     bool start(PeerScript script) { return (peer = testing::ScriptedPeer::onTcp(std::move(script)))->ready(); }
     std::string address() const { return peer->address(); }
     std::unique_ptr<testing::ScriptedPeer> peer;
@@ -71,6 +73,7 @@ struct SerialTransport {
     {
         return {"", "   ", "LPT1", "COM0", "COM2", "COM5", "/nonexistent/ttyACM0", "/dev/null"};
     }
+    static inline const std::vector kHangUpNotes{link::ExchangeFailure::TimedOut, link::ExchangeFailure::TimedOut};
     bool start(PeerScript script)
     {
         peer = testing::ScriptedPeer::onPty(std::move(script));
@@ -102,6 +105,7 @@ protected:
         ASSERT_TRUE(transport.start(Script));
         handle = testing::OpenLink(com, kKind, 0, transport.address());
         ASSERT_GT(handle, 0);
+        link::TakeNotedFailure(); // what earlier tests left
     }
 
     std::int32_t exchange(std::int32_t to, const char* frame) { return com.sendRecv(kKind, to, frame, reply.fresh()); }
@@ -123,7 +127,8 @@ struct Step {
 // The reply is read up to its 0x04, joined from pieces, cut at the end of the receive buffer
 // (a reply that fills it needs no 0x04) and followed by nothing; what a peer sends behind the
 // 0x04 or beyond the buffer never answers the next request. A peer that hangs up kills the
-// handle.
+// TCP handle: that exchange fails for no reason of its own, and the next is refused; a serial
+// line stays up, so there the peer has only gone silent.
 TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
 {
     const std::vector<Step> steps = {{"???\r", "R:???"},         {"A\tB\r", "R:A\tB"},
@@ -132,9 +137,15 @@ TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
                                      {"V2\r", "R:V2"},           {"BYE\r", std::nullopt},
                                      {"V5\r", std::nullopt}};
     std::vector<std::string> received;
+    std::vector<link::ExchangeFailure> notes;
     for (const Step& step : steps) {
         SCOPED_TRACE(step.frame);
         ASSERT_EQ(this->exchange(this->handle, step.frame) != 0, step.text.has_value());
+        const link::ExchangeFailure note = link::TakeNotedFailure();
+        if (step.text)
+            EXPECT_EQ(note, link::ExchangeFailure::None);
+        else
+            notes.push_back(note);
         if (received.empty() || received.back() != "BYE")
             received.emplace_back(step.frame, std::strlen(step.frame) - 1);
         if (!step.text)
@@ -144,17 +155,22 @@ TYPED_TEST(StreamLinkTest, ExchangesOneRequestAfterAnother)
         EXPECT_EQ(std::string(this->reply.bytes.data(), expected.size()), expected);
     }
     EXPECT_EQ(this->transport.peer->received(), received) << "each frame went out as handed in, none on a dead handle";
+    EXPECT_EQ(notes, TypeParam::kHangUpNotes);
 }
 
 // An unfinished reply fails after the reply time-out and the link is lost: the exchanges that
 // follow share the probe time, in which a TCP link connects anew and a serial line is drained
-// until quiet before the request goes out; once the probe is spent nothing goes out. A pause
-// as long as the probe renews it.
+// until quiet before the request goes out; once the probe is spent nothing goes out: those
+// are time-outs, these refusals. A pause as long as the probe renews it.
 TYPED_TEST(StreamLinkTest, AfterALostReplyTheExchangesShareAProbeAndThenSendNothing)
 {
-    ASSERT_EQ(this->exchange(this->handle, "HALF\r"), 0);
-    for (const char* frame : {"SILENT\r", "V1\r", "V2\r", "V3\r"})
+    std::vector<link::ExchangeFailure> noted;
+    for (const char* frame : {"HALF\r", "SILENT\r", "V1\r", "V2\r"}) {
         EXPECT_EQ(this->exchange(this->handle, frame), 0) << frame;
+        noted.push_back(link::TakeNotedFailure());
+    }
+    using F = link::ExchangeFailure;
+    EXPECT_EQ(noted, (std::vector<F>{F::TimedOut, F::TimedOut, F::Refused, F::Refused}));
     EXPECT_EQ(this->transport.peer->received(), (std::vector<std::string>{"HALF", "SILENT"}));
 
     std::this_thread::sleep_for(kShortTimeouts.probe + 100ms);
@@ -167,8 +183,10 @@ TYPED_TEST(StreamLinkTest, AnAddressThatNamesNoPeerFailsTheOpenAndAnUnknownOrClo
     for (const auto& address : TypeParam::badAddresses())
         EXPECT_LE(testing::OpenLink(this->com, this->kKind, 0, address), 0) << '"' << address << '"';
     this->com.close(this->kKind, this->handle);
-    for (const std::int32_t handle : {this->handle, this->handle + 1, 0})
+    for (const std::int32_t handle : {this->handle, this->handle + 1, 0}) {
         EXPECT_EQ(this->exchange(handle, "V1\r"), 0);
+        EXPECT_EQ(link::TakeNotedFailure(), link::ExchangeFailure::Refused);
+    }
     EXPECT_TRUE(this->transport.peer->received().empty());
 }
 

@@ -3,6 +3,7 @@
 // every .ui layout matches its form one to one; the motion panel repaints only what changed;
 // the transfer dialog's bar moves under the desktop's own 1 ms timer and the comparison shows
 // its differences as rows; the program editor colours the language and numbers its lines.
+#include <QEventLoop>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -24,6 +25,8 @@
 
 #include "forms/control.h"
 #include "headless/headless_platform.h"
+#include "link/command_exchange.h"
+#include "link/exchange_log.h"
 #include "panel/main_control.h"
 #include "project/project_manager.h"
 #include "project/project_program.h"
@@ -38,6 +41,7 @@
 #include "qt/text_sync.h"
 #include "qt_test_support.h"
 #include "shell/frm_main.h"
+#include "tools/communication_log.h"
 #include "tools/terminal.h"
 #include "transfer/compare_memory.h"
 #include "transfer/status.h"
@@ -119,6 +123,37 @@ TEST_F(Frame, TheTerminalOpensModallyFromTheMenuRunsACommandAndItsCloseBoxUnload
     EXPECT_EQ(Requests(desk.com), std::vector<std::string>{"???"});
     EXPECT_FALSE(terminal.loaded());
     EXPECT_EQ(desk.platform.window(terminal), nullptr);
+}
+
+// The log opens from the Tools menu in a window of its own, shows every exchange so far with the
+// newest selected and a failure marked, and adds the next one on its timer to the lines shown.
+TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
+{
+    link::Log() = link::ExchangeLog{};
+    desk.com.failNext("V1", 1);
+    for (std::string command : {"X5000", "V1", "???"}) {
+        std::string reply;
+        link::SendCommand(command, reply);
+        if (command == "V1")
+            frame->menuBar()->findChild<QAction*>(QStringLiteral("mnuToolsCommunicationLog"))->trigger();
+    }
+    QWidget* window = desk.platform.window(*program.findForm("CommunicationLog"));
+    ASSERT_NE(window, nullptr);
+    EXPECT_FALSE(window->isModal());
+    auto* list = window->findChild<QListWidget*>(QStringLiteral("Exchanges"));
+    const QListWidgetItem* first = list->item(0);
+    EXPECT_TRUE(list->currentItem()->text().contains(QStringLiteral("!! V1  ->  library error")));
+    for (int look = 0; look < 100 && list->count() < 3; ++look) {
+        QEventLoop wait;
+        QTimer::singleShot(tools::CommunicationLog::kRefreshMs / 5, &wait, &QEventLoop::quit);
+        wait.exec();
+    }
+    EXPECT_EQ(list->count(), 3);
+    EXPECT_EQ(list->currentRow(), 2);
+    EXPECT_EQ(list->item(0), first) << "a list that grows keeps the lines it shows";
+    EXPECT_TRUE(SaveScreenshot(*window, "CommunicationLog.png"));
+    window->close();
+    EXPECT_FALSE(program.findForm("CommunicationLog")->loaded());
 }
 
 TEST_F(Frame, TheCloseBoxUnloadsTheFrameWhichSavesItsPlaceAndEndsTheProgram)
@@ -340,6 +375,7 @@ TEST_F(Layouts, EveryLayoutMatchesItsFormOneToOne)
     program.comSetup();
     program.devSerListSel();
     program.about();
+    program.communicationLog();
     for (const FormLayout& layout : FormLayouts()) {
         SCOPED_TRACE(std::string(layout.formName));
         // A family of windows is found by its first member.
