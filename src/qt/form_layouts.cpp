@@ -15,6 +15,7 @@
 
 #include "forms/form.h"
 #include "qt/picture_widget.h"
+#include "qt/plot_host.h"
 
 #include "ui_ComSetup.h"
 #include "ui_DevSerListSel.h"
@@ -62,6 +63,7 @@ QWidget* PlainWidget(const forms::Control& control, QWidget& parent)
     case ControlKind::ProgressBar: return new QProgressBar(&parent);
     case ControlKind::ListBox: return new QListWidget(&parent);
     case ControlKind::ToolBar: return new QToolBar(&parent);
+    case ControlKind::Plot: return new PlotHost(&parent);
     case ControlKind::Timer:
     case ControlKind::MenuItem: return nullptr;
     }
