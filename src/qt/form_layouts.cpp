@@ -23,6 +23,7 @@
 #include "ui_MonitorAI.h"
 #include "ui_NewPos.h"
 #include "ui_ProgramViewer.h"
+#include "ui_Scope.h"
 #include "ui_Setup.h"
 #include "ui_SetupEncoderControl.h"
 #include "ui_SetupJoystick.h"
@@ -92,6 +93,7 @@ const std::vector<FormLayout>& FormLayouts()
             {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
             {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
             {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
+            {"Scope", false, &SetUp<Ui::Scope, QWidget>},
             {"Status", false, &SetUp<Ui::Status, QWidget>},
             {"ProgramViewer", false, &SetUp<Ui::ProgramViewer, QWidget>},
             {"frmCompareMemory", false, &SetUp<Ui::frmCompareMemory, QWidget>},
