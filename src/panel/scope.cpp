@@ -15,10 +15,12 @@ namespace {
 
 constexpr std::int64_t kShortestSpanMs = 1000;
 constexpr std::int64_t kStartSpanMs = 30 * 1000;
-// Points per trace and chart: about one column per pixel of a wide window.
-constexpr int kDrawColumns = 1000;
-// The chart is drawn again at most ten times a second, whatever the sampling rate.
-constexpr int kDrawIntervalMs = 100;
+// Columns per chart, each drawn as its lowest and highest value: about one per pixel of a wide window.
+constexpr int kDrawColumns = 400;
+// The chart is drawn again at most five times a second, whatever the sampling rate, and new samples
+// only once the time shown has moved by a column.
+constexpr int kDrawIntervalMs = 200;
+constexpr std::int64_t kSlowestOwnQueryMs = 1000;
 
 } // namespace
 
@@ -154,8 +156,13 @@ void Scope::sampleTick()
         return;
     std::string command = "???";
     std::string reply;
+    const std::int64_t asked = forms::CurrentPlatform().clockMs();
+    const bool answered = link::SendCommand(command, reply);
+    // A slow controller is asked less often, so that the panel keeps at least half of the time.
+    const std::int64_t took = forms::CurrentPlatform().clockMs() - asked;
+    SampleTimer.setInterval(static_cast<int>(std::clamp<std::int64_t>(2 * took, rateMs_, kSlowestOwnQueryMs)));
     // The panel tells of a lost link itself; the scope only stops asking.
-    if (!link::SendCommand(command, reply)) {
+    if (!answered) {
         ownQueriesFailed_ = true;
         SampleTimer.setTimerEnabled(false);
         showState();
@@ -168,14 +175,14 @@ void Scope::applyRate()
 {
     const std::pair<const forms::OptionButton*, int> rates[] = {
             {&Rate100, 100}, {&Rate50, 50}, {&Rate20, 20}, {&Rate10, 10}};
-    int interval = 0;
+    rateMs_ = 0;
     for (const auto& [option, ms] : rates) {
         if (option->value())
-            interval = ms;
+            rateMs_ = ms;
     }
-    if (interval > 0)
-        SampleTimer.setInterval(interval);
-    SampleTimer.setTimerEnabled(interval > 0 && !ownQueriesFailed_);
+    if (rateMs_ > 0)
+        SampleTimer.setInterval(rateMs_);
+    SampleTimer.setTimerEnabled(rateMs_ > 0 && !ownQueriesFailed_);
     showState();
 }
 
@@ -194,7 +201,8 @@ void Scope::showState()
 void Scope::drawTick()
 {
     showState();
-    if ((newSamples_ && !paused_) || viewChanged_)
+    const bool movedByAColumn = forms::CurrentPlatform().clockMs() - drawnAtMs_ >= spanMs_ / kDrawColumns;
+    if ((newSamples_ && !paused_ && movedByAColumn) || viewChanged_)
         draw();
 }
 
@@ -212,6 +220,7 @@ void Scope::draw()
     for (const ScopeTrace& trace : chosenTraces())
         series.push_back(record_.series(trace, from, endMs_, kDrawColumns));
     Chart.setContent(static_cast<double>(from), static_cast<double>(endMs_), std::move(series));
+    drawnAtMs_ = forms::CurrentPlatform().clockMs();
     newSamples_ = false;
     viewChanged_ = false;
 }

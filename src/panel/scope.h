@@ -72,10 +72,12 @@ private:
     MainControl& panel_;
     ScopeRecord record_;
     std::vector<std::pair<forms::CheckBox*, ScopeTrace>> traces_;
+    int rateMs_ = 0; // 0: with the panel's poll
     std::int64_t startMs_ = 0;
     std::int64_t spanMs_ = 0;
     std::int64_t endMs_ = 0;
-    bool following_ = true; // the right edge is the newest sample
+    std::int64_t drawnAtMs_ = 0; // on the platform's clock
+    bool following_ = true;      // the right edge is the newest sample
     bool paused_ = false;
     bool ownQueriesFailed_ = false;
     bool newSamples_ = false;

@@ -29,6 +29,7 @@ public:
     explicit ScopeChartView(QWidget* parent) : QChartView(parent)
     {
         setRenderHint(QPainter::Antialiasing, false);
+        setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
         auto* chart = new QChart;
         chart->legend()->setAlignment(Qt::AlignRight);
         chart->setMargins(QMargins(4, 4, 4, 4));
@@ -48,23 +49,15 @@ public:
     {
         fromMs_ = fromMs;
         toMs_ = toMs;
-        time_->setRange(fromMs / 1000, toMs / 1000);
-        std::map<QString, QLineSeries*> kept;
-        for (const PlotLine& line : lines)
-            kept[line.name] = takeSeries(line);
-        for (const auto& [name, series] : series_) {
-            chart()->removeSeries(series);
-            delete series;
-        }
-        series_ = std::move(kept);
         int logicLines = 0;
-        double low = std::numeric_limits<double>::max();
-        double high = std::numeric_limits<double>::lowest();
         for (const PlotLine& line : lines)
             logicLines += line.logic;
         int logicIndex = logicLines;
+        double low = std::numeric_limits<double>::max();
+        double high = std::numeric_limits<double>::lowest();
+        QList<QList<QPointF>> shown;
         for (const PlotLine& line : lines) {
-            QList<QPointF> points = line.points;
+            QList<QPointF>& points = shown.emplace_back(line.points);
             // Seconds along; a logic line stands at its own height in the band, the first on top.
             const double base = line.logic ? --logicIndex * kLogicPitch : 0;
             for (QPointF& point : points) {
@@ -75,9 +68,24 @@ public:
                     high = std::max(high, point.y());
                 }
             }
-            series_[line.name]->replace(points);
         }
+        std::map<QString, QLineSeries*> kept;
+        for (const PlotLine& line : lines)
+            kept[line.name] = takeSeries(line);
+        for (const auto& [name, series] : series_) {
+            chart()->removeSeries(series);
+            delete series;
+        }
+        series_ = std::move(kept);
+        // Every change of a scale lays out every line again: the old points go first, and the
+        // new ones come once the scales are set.
+        for (const auto& [name, series] : series_)
+            series->clear();
+        time_->setRange(fromMs / 1000, toMs / 1000);
+        time_->setLabelFormat(toMs - fromMs < 10000 ? QStringLiteral("%.2f") : QStringLiteral("%.1f"));
         setScales(low, high, logicLines);
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            series_[lines[i].name]->replace(shown[i]);
     }
 
 protected:
@@ -126,6 +134,10 @@ private:
         chart()->addSeries(series);
         series->attachAxis(time_);
         series->attachAxis(line.logic ? logicScale_ : numbers_);
+        // A thin pen is drawn by the fast path of the painter, at a fraction of a wide one's cost.
+        QPen pen = series->pen();
+        pen.setWidth(1);
+        series->setPen(pen);
         return series;
     }
 
@@ -137,10 +149,12 @@ private:
             low = 0;
             high = 1;
         }
-        const double margin = std::max((high - low) * 0.05, 1.0);
+        // At least two either side, so that the ticks of a flat line fall on whole numbers.
+        const double margin = std::max((high - low) * 0.05, 2.0);
         low -= margin;
         high += margin;
         numbers_->setRange(low - (high - low) * share / (1 - share), high);
+        numbers_->applyNiceNumbers();
         const double band = std::max(logicLines * kLogicPitch, kLogicPitch);
         logicScale_->setRange(-0.25, -0.25 + band / (share > 0 ? share : 1));
     }
