@@ -142,7 +142,7 @@ forms::PlotSeries ScopeRecord::series(ScopeTrace trace, std::int64_t fromMs, std
         points.push_back(p);
     };
     const auto [first, last] = span(fromMs, toMs);
-    if (columns <= 0 || last - first <= 2 * static_cast<std::size_t>(columns)) {
+    if (columns <= 0 || toMs <= fromMs || last - first <= 2 * static_cast<std::size_t>(columns)) {
         for (std::size_t i = first; i < last; ++i)
             put(point(i));
         return out;

@@ -5,6 +5,7 @@
 // its differences as rows; the program editor colours the language and numbers its lines.
 #include <QAbstractScrollArea>
 #include <QCheckBox>
+#include <QGraphicsView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -475,7 +476,10 @@ TEST_F(PanelWindow, TheScopeDrawsBesideThePanelAndGoesWithIt)
                              + ",0,0,0,0,0,0,0,0." + (i < 40 ? "0" : "1") + ",0,0,0,0,1,1,1,1.0,0.");
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
+        const auto drawn = [host] { return host->findChild<QGraphicsView*>()->scene()->items().size(); };
+        const qsizetype before = drawn();
         scope.DrawTimer.tick();
+        EXPECT_GT(drawn(), before) << "the new trace is drawn";
         window->resize(900, 640);
         Settle();
         EXPECT_EQ(scope.Chart.property("series"), "PosX,SpdX,EOX");
