@@ -109,6 +109,10 @@ TEST(ScopeRecordSeries, DecimatesByColumnsAndKeepsASpikeOfOneSample)
     // Few samples come whole; a logic trace steps: it holds its value up to the next point.
     const ScopeRecord record = Ramp(30, -1, 0);
     EXPECT_EQ(record.series({Quantity::Speed, 0}, 100, 200, 500).points.size(), 11U);
+    ScopeRecord sameTime;
+    for (int i = 0; i < 30; ++i)
+        sameTime.add({5});
+    EXPECT_EQ(sameTime.series({Quantity::Speed, 0}, 5, 5, 10).points.size(), 30U) << "a range of no length";
     const forms::PlotSeries logic = Ramp(2001, -1, 0).series({Quantity::Logic, kScopeEnableBit}, 9980, 10010, 10);
     EXPECT_TRUE(logic.logic);
     EXPECT_EQ(logic.name, "EOX");
