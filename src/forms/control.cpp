@@ -1,6 +1,7 @@
 #include "forms/control.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "forms/form.h"
 #include "forms/platform.h"
@@ -28,6 +29,7 @@ std::string_view KindName(ControlKind kind)
     case ControlKind::ListBox: return "list box";
     case ControlKind::ToolBar: return "tool bar";
     case ControlKind::MenuItem: return "menu item";
+    case ControlKind::Plot: return "plot";
     }
     return "control";
 }
@@ -526,6 +528,66 @@ std::optional<std::string> MenuItem::property(std::string_view name) const
 {
     if (name == "caption")
         return caption_;
+    return Control::property(name);
+}
+
+// ---- Plot
+
+Plot::Plot(Form& form, std::string name) : Control(form, std::move(name), ControlKind::Plot) {}
+
+void Plot::setContent(double fromMs, double toMs, std::vector<PlotSeries> series)
+{
+    if (fromMs == fromMs_ && toMs == toMs_ && series == series_)
+        return;
+    fromMs_ = fromMs;
+    toMs_ = toMs;
+    series_ = std::move(series);
+    ++revision_;
+    changed();
+}
+
+void Plot::operatorZoom(double factor, double atMs)
+{
+    if (enabled() && onZoom && factor > 0)
+        onZoom(factor, atMs);
+}
+
+void Plot::operatorPan(double deltaMs)
+{
+    if (enabled() && onPan)
+        onPan(deltaMs);
+}
+
+const PlotSeries* Plot::findSeries(std::string_view name) const
+{
+    const auto it =
+            std::find_if(series_.begin(), series_.end(), [name](const PlotSeries& s) { return s.name == name; });
+    return it == series_.end() ? nullptr : &*it;
+}
+
+std::optional<std::string> Plot::property(std::string_view name) const
+{
+    const auto whole = [](double value) { return std::to_string(std::llround(value)); };
+    if (name == "series") {
+        std::string names;
+        for (const PlotSeries& s : series_)
+            names += (names.empty() ? "" : ",") + s.name;
+        return names;
+    }
+    if (name == "range")
+        return whole(fromMs_) + " " + whole(toMs_);
+    const std::size_t dot = name.find('.');
+    const PlotSeries* series = dot == std::string_view::npos ? nullptr : findSeries(name.substr(dot + 1));
+    if (!series || series->points.empty())
+        return Control::property(name);
+    const auto byY = [](const PlotPoint& a, const PlotPoint& b) { return a.y < b.y; };
+    const std::string_view what = name.substr(0, dot);
+    if (what == "min")
+        return whole(std::min_element(series->points.begin(), series->points.end(), byY)->y);
+    if (what == "max")
+        return whole(std::max_element(series->points.begin(), series->points.end(), byY)->y);
+    if (what == "last")
+        return whole(series->points.back().y);
     return Control::property(name);
 }
 

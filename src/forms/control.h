@@ -25,6 +25,7 @@ enum class ControlKind {
     ListBox,
     ToolBar,
     MenuItem,
+    Plot,
 };
 
 std::string_view KindName(ControlKind kind);
@@ -348,6 +349,53 @@ private:
     std::string parent_;
     std::string caption_;
     std::string shortcut_;
+};
+
+struct PlotPoint {
+    double x = 0; // milliseconds
+    double y = 0;
+    bool operator==(const PlotPoint&) const = default;
+};
+
+// One line of a plot. A logic series holds 0 and 1 only, which the view draws as a band of
+// its own rather than on the scale of the numbers.
+struct PlotSeries {
+    std::string name;
+    bool logic = false;
+    std::vector<PlotPoint> points;
+    bool operator==(const PlotSeries&) const = default;
+};
+
+// A chart of series against time: its value is what the view draws, set whole by the form.
+// The revision grows with every new content, so that a view draws again only then. The
+// operator's wheel and drag on the chart come back as Zoom and Pan for the form to handle.
+class Plot final : public Control {
+public:
+    Plot(Form& form, std::string name);
+    double fromMs() const { return fromMs_; }
+    double toMs() const { return toMs_; }
+    const std::vector<PlotSeries>& series() const { return series_; }
+    std::uint64_t revision() const { return revision_; }
+    // Replaces the range and the series; the view is told when anything differs.
+    void setContent(double fromMs, double toMs, std::vector<PlotSeries> series);
+
+    // The operator's wheel: the range shown grows by `factor` around `atMs`; a drag: it moves
+    // by `deltaMs` (later for a positive delta).
+    void operatorZoom(double factor, double atMs);
+    void operatorPan(double deltaMs);
+    std::function<void(double factor, double atMs)> onZoom;
+    std::function<void(double deltaMs)> onPan;
+
+    // "series": the names shown, comma separated; "range": from and to in whole milliseconds;
+    // "min.NAME", "max.NAME", "last.NAME": the points of one series, rounded to whole numbers.
+    std::optional<std::string> property(std::string_view name) const override;
+
+private:
+    const PlotSeries* findSeries(std::string_view name) const;
+    double fromMs_ = 0;
+    double toMs_ = 0;
+    std::vector<PlotSeries> series_;
+    std::uint64_t revision_ = 0;
 };
 
 // A tab typed into `box` goes into the text as typed; the next tick of `timer` turns it into

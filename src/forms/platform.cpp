@@ -1,5 +1,6 @@
 #include "forms/platform.h"
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -18,6 +19,12 @@ Platform& CurrentPlatform()
         std::abort();
     }
     return *gPlatform;
+}
+
+std::int64_t Platform::clockMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
 void SetPlatform(Platform* platform) { gPlatform = platform; }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
 namespace marlune::forms {
 
+class Control;
 class Form;
 class Timer;
 
@@ -91,6 +93,13 @@ public:
 
     // Shows the help viewer for a help file; returns an error description, or nothing.
     virtual std::optional<std::string> showHelp(const std::string& file, int command) = 0;
+
+    // Saves the picture that `control` shows now as a PNG file, replacing `path` whole;
+    // returns an error description for the operator, or nothing.
+    virtual std::optional<std::string> savePicture(const Control& control, const std::string& path) = 0;
+
+    // Milliseconds on the clock that the timers follow; only differences mean anything.
+    virtual std::int64_t clockMs();
 };
 
 // The platform of this process, set once at start.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "forms/control.h"
+#include "forms/files.h"
 #include "forms/form.h"
 #include "headless/quoted_text.h"
 
@@ -68,9 +69,16 @@ void HeadlessPlatform::showModeless(forms::Form& form, forms::Form* parentFrame)
 
 void HeadlessPlatform::formUnloaded(forms::Form& form)
 {
+    owners_.erase(&form);
     std::erase(children_, &form);
     if (active_ == &form)
         active_ = children_.empty() ? nullptr : children_.back();
+}
+
+forms::Form* HeadlessPlatform::owner(const forms::Form& form) const
+{
+    const auto it = owners_.find(&form);
+    return it == owners_.end() ? nullptr : it->second;
 }
 
 void HeadlessPlatform::arrange(forms::Arrangement arrangement) { lastArrangement_ = arrangement; }
@@ -166,6 +174,15 @@ std::optional<std::string> HeadlessPlatform::showHelp(const std::string& file, i
 {
     lastHelp_ = HelpCall{file, command};
     return std::nullopt;
+}
+
+std::optional<std::string> HeadlessPlatform::savePicture(const forms::Control& control, const std::string& path)
+{
+    std::string error =
+            forms::WriteFileAtomically(path, "picture of " + control.form().name() + "." + control.name() + "\n");
+    if (error.empty())
+        return std::nullopt;
+    return error;
 }
 
 std::string AnswerName(forms::MessageAnswer answer)

@@ -48,8 +48,8 @@ public:
     forms::MessageAnswer messageBox(const forms::MessageRequest& request) override;
     void runModal(forms::Form& form, forms::Form* owner) override;
     void showModeless(forms::Form& form, forms::Form* parentFrame) override;
-    // An owned window needs no bookkeeping here: a loaded form takes the runner's statements.
-    void showOwned(forms::Form&, forms::Form&) override {}
+    // An owned window takes the runner's statements beside its modal owner.
+    void showOwned(forms::Form& form, forms::Form& owner) override { owners_[&form] = &owner; }
     void formUnloaded(forms::Form& form) override;
     void arrange(forms::Arrangement arrangement) override;
     forms::Form* activeChild() override { return active_; }
@@ -65,6 +65,10 @@ public:
     void saveSetting(const std::string& application, const std::string& section, const std::string& key,
                      const std::string& value) override;
     std::optional<std::string> showHelp(const std::string& file, int command) override;
+    // Writes a small stand-in file that names the control, so that a scenario sees where a
+    // picture would have gone.
+    std::optional<std::string> savePicture(const forms::Control& control, const std::string& path) override;
+    std::int64_t clockMs() override { return now(); }
 
     // ---- Time
     std::int64_t now() const { return clock_.now(); }
@@ -83,6 +87,8 @@ public:
     void setModalDriver(ModalDriver* driver) { driver_ = driver; }
     // The forms shown modally now, the innermost last.
     const std::vector<forms::Form*>& modalForms() const { return modal_; }
+    // The form whose window owns `form`'s window, or nothing.
+    forms::Form* owner(const forms::Form& form) const;
 
     // ---- Answers, used oldest first
     // A box with only OK takes a queued OK, or is answered OK without one; a question must
@@ -119,6 +125,7 @@ private:
     std::optional<forms::Arrangement> lastArrangement_;
     forms::Form* frame_ = nullptr;
     std::vector<forms::Form*> children_;
+    std::map<const forms::Form*, forms::Form*> owners_;
     forms::Form* active_ = nullptr;
     std::string clipboard_;
     std::map<std::pair<std::string, std::string>, std::string> settings_;

@@ -269,7 +269,7 @@ void ScenarioSession::requireInput(forms::Form& form) const
     if (!form.loaded())
         Fail(form.name() + " is not shown");
     const forms::Form* modal = innermostModal();
-    if (modal && modal != &form)
+    if (modal && modal != &form && platform_.owner(form) != modal)
         Fail(form.name() + " takes no input while " + modal->name() + " is shown modally");
 }
 

@@ -6,6 +6,7 @@
 #include "link/command_exchange.h"
 #include "link/controller_link.h"
 #include "link/open_link.h"
+#include "panel/scope.h"
 
 namespace marlune::panel {
 
@@ -34,10 +35,11 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramVie
       PauseProg(add<forms::Button>("PauseProg", "Pause")), ContProg(add<forms::Button>("ContProg", "Cont")),
       PEClear(add<forms::Button>("PEClear", "PClear")), GetErrMsg(add<forms::Button>("GetErrMsg", "Emsg")),
       ViewProg(add<forms::Button>("ViewProg", "View")), MEClear(add<forms::Button>("MEClear", "MClear")),
-      AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")), ManualCmd(add<forms::TextBox>("ManualCmd")),
+      AnalogInputs(add<forms::Button>("AnalogInputs", "Analog Inputs")),
+      ScopeButton(add<forms::Button>("Scope", "Scope")), ManualCmd(add<forms::TextBox>("ManualCmd")),
       ReplyBox(add<forms::TextBox>("ReplyBox")), Close(add<forms::Button>("Close", "Close")),
       Reconnect(add<forms::Button>("Reconnect", "Reconnect")), Timer1(add<forms::Timer>("Timer1", 500)),
-      newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer)
+      newPos_(newPos), monitorAI_(monitorAI), programViewer_(programViewer), scope_(std::make_unique<Scope>(*this))
 {
     add<forms::Frame>("MotorStatusFrame", "Motor Status");
     add<forms::Frame>("ProgramStatusFrame", "Program Status");
@@ -59,7 +61,14 @@ MainControl::MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramVie
     Reconnect.setVisible(false);
     Reconnect.onClick = [this] { reconnect(); };
     ManualCmd.onKeyDown = [this](int& keyCode) { manualCommandKey(keyCode); };
+    ScopeButton.onClick = [this] {
+        if (!scope_->loaded())
+            scope_->load();
+        forms::CurrentPlatform().showOwned(*scope_, *this);
+    };
 }
+
+MainControl::~MainControl() = default;
 
 // The fixed captions of the panel's columns and rows.
 void MainControl::buildCaptions()
@@ -183,6 +192,7 @@ void MainControl::openLink()
 
 bool MainControl::formUnload()
 {
+    scope_->unload();
     link::ControllerLink& link = link::Link();
     // Closed before the settings are written: a tick during a message about the file must not
     // poll a closed link.
@@ -231,6 +241,7 @@ void MainControl::pollTick()
         linkLost("Error Communication!");
         return;
     }
+    scope_->panelReply(reply);
     if (updateAllStatus(reply) > 0) {
         unreadableReplies_ = 0;
         if (readings_ != StatusReadings::Live)

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "forms/form.h"
@@ -15,6 +16,7 @@ namespace marlune::panel {
 
 class NewPos;
 class MonitorAI;
+class Scope;
 
 // Pictures of the panel's vocabulary.
 inline constexpr const char* kSwitchOn = "SwitchOn";
@@ -43,6 +45,7 @@ public:
     using AxisPictures = std::array<forms::Picture*, 4>;
 
     MainControl(NewPos& newPos, MonitorAI& monitorAI, tools::ProgramViewer& programViewer);
+    ~MainControl() override;
 
     // Motor status, one row per axis X, Y, Z, U.
     Axes Pos, Enc, Spd, Stat;
@@ -83,6 +86,8 @@ public:
     AxisPictures EO, CO;
     forms::Button& MEClear;
     forms::Button& AnalogInputs;
+    // Opens the scope beside the panel.
+    forms::Button& ScopeButton;
     forms::TextBox& ManualCmd;
     forms::TextBox& ReplyBox;
     forms::Button& Close;
@@ -103,6 +108,7 @@ public:
     std::function<void()> onReadingsChanged;
     static std::string GetStatusText(std::int32_t value);
     std::int16_t axesAreIdle(std::int32_t axisMask) const;
+    Scope& scope() const { return *scope_; }
 
     // Axis motion. Both stop at the first failed exchange and return false.
     bool downloadSpdAccel();
@@ -162,6 +168,7 @@ private:
     NewPos& newPos_;
     MonitorAI& monitorAI_;
     tools::ProgramViewer& programViewer_;
+    std::unique_ptr<Scope> scope_;
 };
 
 } // namespace marlune::panel

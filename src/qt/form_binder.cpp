@@ -23,6 +23,7 @@
 #include "qt/key_translation.h"
 #include "qt/menu_builder.h"
 #include "qt/picture_widget.h"
+#include "qt/plot_host.h"
 #include "qt/shown_text.h"
 #include "qt/text_sync.h"
 #include "qt/window_geometry.h"
@@ -146,6 +147,11 @@ void ShowList(const forms::Control& control, QWidget& widget)
         list.setCurrentRow(box.listIndex());
 }
 
+void ShowPlot(const forms::Control& control, QWidget& widget)
+{
+    static_cast<PlotHost&>(widget).showPlot(static_cast<const forms::Plot&>(control));
+}
+
 } // namespace
 
 const std::map<forms::ControlKind, FormBinder::KindBinding>& FormBinder::kindBindings()
@@ -162,6 +168,7 @@ const std::map<forms::ControlKind, FormBinder::KindBinding>& FormBinder::kindBin
             {ControlKind::ProgressBar, {&IsOneOf<QProgressBar>, nullptr, &ShowProgress}},
             {ControlKind::ListBox, {&IsOneOf<QListWidget>, &FormBinder::connectList, &ShowList}},
             {ControlKind::ToolBar, {&IsOneOf<QToolBar>, &FormBinder::connectToolBar, nullptr}},
+            {ControlKind::Plot, {&IsOneOf<PlotHost>, &FormBinder::connectPlot, &ShowPlot}},
     };
     return kinds;
 }
@@ -302,6 +309,14 @@ void FormBinder::connectPicture(forms::Control& control, QWidget& widget)
             [this, &control] { act(control, [&control] { control.operatorDoubleClick(); }); });
     connect(picture, &PictureWidget::mouseDown, this,
             [this, &control](int button) { act(control, [&control, button] { control.operatorMouseDown(button); }); });
+}
+
+void FormBinder::connectPlot(forms::Control& control, QWidget& widget)
+{
+    auto& plot = static_cast<forms::Plot&>(control);
+    static_cast<PlotHost&>(widget).attach(
+            [this, &plot](double factor, double atMs) { act(plot, [&] { plot.operatorZoom(factor, atMs); }); },
+            [this, &plot](double deltaMs) { act(plot, [&] { plot.operatorPan(deltaMs); }); });
 }
 
 void FormBinder::connectList(forms::Control& control, QWidget& widget)

@@ -79,6 +79,7 @@ private:
     void connectOption(forms::Control& control, QWidget& widget);
     void connectPicture(forms::Control& control, QWidget& widget);
     void connectList(forms::Control& control, QWidget& widget);
+    void connectPlot(forms::Control& control, QWidget& widget);
     void connectText(forms::Control& control, QWidget& widget);
     void connectToolBar(forms::Control& control, QWidget& widget);
     // Runs an operator's action on the model, then shows what the model kept.

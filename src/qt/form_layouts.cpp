@@ -15,6 +15,7 @@
 
 #include "forms/form.h"
 #include "qt/picture_widget.h"
+#include "qt/plot_host.h"
 
 #include "ui_ComSetup.h"
 #include "ui_CommunicationLog.h"
@@ -23,6 +24,7 @@
 #include "ui_MonitorAI.h"
 #include "ui_NewPos.h"
 #include "ui_ProgramViewer.h"
+#include "ui_Scope.h"
 #include "ui_Setup.h"
 #include "ui_SetupEncoderControl.h"
 #include "ui_SetupJoystick.h"
@@ -63,6 +65,7 @@ QWidget* PlainWidget(const forms::Control& control, QWidget& parent)
     case ControlKind::ProgressBar: return new QProgressBar(&parent);
     case ControlKind::ListBox: return new QListWidget(&parent);
     case ControlKind::ToolBar: return new QToolBar(&parent);
+    case ControlKind::Plot: return new PlotHost(&parent);
     case ControlKind::Timer:
     case ControlKind::MenuItem: return nullptr;
     }
@@ -91,6 +94,7 @@ const std::vector<FormLayout>& FormLayouts()
             {"MainControl", false, &SetUp<Ui::MainControl, QWidget>},
             {"NewPos", false, &SetUp<Ui::NewPos, QWidget>},
             {"MonitorAI", false, &SetUp<Ui::MonitorAI, QWidget>},
+            {"Scope", false, &SetUp<Ui::Scope, QWidget>},
             {"Status", false, &SetUp<Ui::Status, QWidget>},
             {"ProgramViewer", false, &SetUp<Ui::ProgramViewer, QWidget>},
             {"frmCompareMemory", false, &SetUp<Ui::frmCompareMemory, QWidget>},

@@ -1,6 +1,7 @@
 #include "qt/qt_platform.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -18,6 +19,7 @@
 #include <algorithm>
 
 #include "forms/control.h"
+#include "forms/files.h"
 #include "forms/form.h"
 #include "panel/main_control.h"
 #include "qt/file_filter.h"
@@ -363,6 +365,24 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
     printFile_ = printer().outputFileName();
     jobsPrinted_ = 0;
     return {Outcome::Chosen, {}};
+}
+
+std::optional<std::string> QtPlatform::savePicture(const forms::Control& control, const std::string& path)
+{
+    const FormBinder* shown = binder(control.form());
+    QWidget* widget = shown ? shown->widget(control.name()) : nullptr;
+    if (!widget)
+        return "the window of " + control.form().name() + " is not shown";
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!widget->grab().save(&buffer, "PNG"))
+        return std::string("the picture could not be made");
+    // Written as every file of the program is, whole or not at all.
+    std::string error = forms::WriteFileAtomically(path, bytes.toStdString());
+    if (error.empty())
+        return std::nullopt;
+    return error;
 }
 
 bool QtPlatform::printText(const std::string& heading, const std::string& text)

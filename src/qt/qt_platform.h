@@ -49,6 +49,7 @@ public:
     void saveSetting(const std::string& application, const std::string& section, const std::string& key,
                      const std::string& value) override;
     std::optional<std::string> showHelp(const std::string& file, int command) override;
+    std::optional<std::string> savePicture(const forms::Control& control, const std::string& path) override;
 
     // The window that shows a form now (for a child of the frame, its content), and its binder.
     QWidget* window(const forms::Form& form) const;

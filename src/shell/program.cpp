@@ -10,6 +10,7 @@
 #include "panel/main_control.h"
 #include "panel/monitor_ai.h"
 #include "panel/new_pos.h"
+#include "panel/scope.h"
 #include "project/project_manager.h"
 #include "project/project_program.h"
 #include "project/projects.h"
@@ -144,6 +145,8 @@ forms::Form* Program::findForm(std::string_view name)
         return mainControl_.get();
     if (name == "NewPos")
         return newPos_.get();
+    if (name == "Scope")
+        return mainControl_ ? &mainControl_->scope() : nullptr;
     if (name == "MonitorAI")
         return monitorAI_.get();
     if (name == "Status")

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the Debian package from a build folder, unpacks it and checks what it holds: the three
-# programs, the manuals where the help finds them, the desktop entry, the icons and the man pages;
-# the unpacked program tells its version; lintian, when installed, finds no error.
+# programs, the chart module where marlune-desk looks for it (and not linked to the program), the
+# manuals where the help finds them, the desktop entry, the icons and the man pages; the unpacked
+# program tells its version; lintian, when installed, finds no error.
 # package_test.sh BUILD_DIR VERSION
 set -euo pipefail
 build=$1
@@ -19,7 +20,7 @@ dpkg-deb -x "$deb" "$work/root"
 
 failed=0
 for file in usr/bin/marlune-desk usr/bin/marlune-sim usr/bin/marlune-scenario \
-  usr/share/doc/marlune-desk/controller-language.md usr/share/doc/marlune-desk/links.md \
+  usr/lib/marlune-desk/marlune-scope-view.so usr/share/doc/marlune-desk/controller-language.md usr/share/doc/marlune-desk/links.md \
   usr/share/doc/marlune-desk/scenarios.md usr/share/doc/marlune-desk/copyright \
   usr/share/doc/marlune-desk/changelog.gz usr/share/applications/marlune-desk.desktop \
   usr/share/icons/hicolor/scalable/apps/marlune-desk.svg usr/share/icons/hicolor/48x48/apps/marlune-desk.png \
@@ -37,6 +38,12 @@ for size in 48 256; do
   read -r width height < <(od -An -tu1 -j16 -N8 "$png" | awk '{print $1*16777216+$2*65536+$3*256+$4, $5*16777216+$6*65536+$7*256+$8}')
   [ "$width $height" = "$size $size" ] || { echo "icon $size is ${width}x${height}"; failed=1; }
 done
+
+# Qt Charts comes with the chart module, not with the program's start.
+if readelf -d "$work/root/usr/bin/marlune-desk" | grep -q 'NEEDED.*Charts'; then
+  echo "marlune-desk needs Qt Charts at start"
+  failed=1
+fi
 
 answer=$("$work/root/usr/bin/marlune-desk" --version)
 [ "$answer" = "Marlune Desk $version" ] || { echo "--version said: $answer"; failed=1; }

@@ -3,7 +3,10 @@
 // every .ui layout matches its form one to one; the motion panel repaints only what changed;
 // the transfer dialog's bar moves under the desktop's own 1 ms timer and the comparison shows
 // its differences as rows; the program editor colours the language and numbers its lines.
+#include <QAbstractScrollArea>
+#include <QCheckBox>
 #include <QEventLoop>
+#include <QGraphicsView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -20,14 +23,18 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QToolBar>
+#include <QWheelEvent>
 
+#include <chrono>
 #include <memory>
+#include <thread>
 
 #include "forms/control.h"
 #include "headless/headless_platform.h"
 #include "link/command_exchange.h"
 #include "link/exchange_log.h"
 #include "panel/main_control.h"
+#include "panel/scope.h"
 #include "project/project_manager.h"
 #include "project/project_program.h"
 #include "project/projects.h"
@@ -35,6 +42,7 @@
 #include "qt/form_layouts.h"
 #include "qt/help_browser.h"
 #include "qt/mdi_frame.h"
+#include "qt/plot_host.h"
 #include "qt/program_editor.h"
 #include "qt/program_highlighter.h"
 #include "qt/shown_text.h"
@@ -472,6 +480,68 @@ TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
     });
     forms::ShowModal(panel, nullptr);
     EXPECT_TRUE(ran);
+}
+
+// The scope opens in a window of its own that the modal panel's window owns; the chart module
+// draws a move's speed and position and an output's step, the operator's wheel reaches the
+// model, the picture is saved as PNG, and the panel's unload takes the scope along.
+TEST_F(PanelWindow, TheScopeDrawsBesideThePanelAndGoesWithIt)
+{
+    link::Link().linkKind = 1;
+    panel::MainControl& panel = program.mainControl();
+    panel::Scope& scope = panel.scope();
+    bool ran = false;
+    QTimer::singleShot(0, [&] {
+        QWidget* panelWindow = desk.platform.window(panel);
+        panelWindow->findChild<QPushButton*>("Scope")->click();
+        QWidget* window = desk.platform.window(scope);
+        ASSERT_NE(window, nullptr);
+        EXPECT_EQ(window->parentWidget(), panelWindow);
+        EXPECT_TRUE(window->isWindow());
+        auto* host = window->findChild<PlotHost*>("Chart");
+        ASSERT_TRUE(host->hasView()) << PlotHost::moduleError().toStdString();
+        window->findChild<QCheckBox*>("ShowEOX")->click();
+        for (int repeat = 0; repeat < 5; ++repeat)
+            scope.ZoomIn.operatorClick();
+        // A trapezoid of speed over 80 samples 10 ms apart; the enable output of X goes on midway.
+        std::int32_t position = 0;
+        for (int i = 0; i < 80; ++i) {
+            const int speed = 200 * std::min({i, 20, 80 - i});
+            position += speed / 100;
+            scope.panelReply("@" + std::to_string(position) + ",0,0,0,0,0,0,0," + std::to_string(speed)
+                             + ",0,0,0,0,0,0,0,0." + (i < 40 ? "0" : "1") + ",0,0,0,0,1,1,1,1.0,0.");
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        const auto drawn = [host] { return host->findChild<QGraphicsView*>()->scene()->items().size(); };
+        const qsizetype before = drawn();
+        scope.DrawTimer.tick();
+        EXPECT_GT(drawn(), before) << "the new trace is drawn";
+        window->resize(900, 640);
+        Settle();
+        EXPECT_EQ(scope.Chart.property("series"), "PosX,SpdX,EOX");
+        EXPECT_EQ(scope.Chart.property("max.SpdX"), "4000");
+        EXPECT_TRUE(SaveScreenshot(*window, "Scope.png"));
+
+        const std::string range = *scope.Chart.property("range");
+        QWidget* view = host->findChild<QAbstractScrollArea*>()->viewport();
+        const QPointF middle(view->width() / 2.0, view->height() / 2.0);
+        QWheelEvent wheel(middle, view->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view, &wheel);
+        scope.DrawTimer.tick();
+        EXPECT_NE(scope.Chart.property("range"), range) << "the wheel zooms out";
+
+        const std::string picture = QDir::temp().filePath("marlune-scope-test.png").toStdString();
+        EXPECT_EQ(desk.platform.savePicture(scope.Chart, picture), std::nullopt);
+        EXPECT_EQ(QImage(QString::fromStdString(picture)).size(), host->size() * host->devicePixelRatio());
+        QFile::remove(QString::fromStdString(picture));
+        ran = true;
+        panel.unload();
+    });
+    forms::ShowModal(panel, nullptr);
+    EXPECT_TRUE(ran);
+    EXPECT_FALSE(scope.loaded());
+    EXPECT_EQ(desk.platform.window(scope), nullptr);
 }
 
 TEST_F(TransferWindows, TheBarMovesWhileVariablesAreReadAndDifferencesShowAsRows)
