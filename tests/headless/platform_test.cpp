@@ -251,13 +251,6 @@ TEST_F(PlatformTest, NestedModalShowingsReturnInnermostFirst)
     EXPECT_TRUE(driver.steps.empty());
 }
 
-TEST_F(PlatformTest, AModalShowingWithoutADriverIsAFailureOfTheScript)
-{
-    platform.setModalDriver(nullptr);
-    EXPECT_THROW(forms::ShowModal(form, nullptr), UnansweredDialog);
-    EXPECT_TRUE(platform.modalForms().empty());
-}
-
 // The member form, as the frame, shows Dialog modally at 50 ms by its timer; the dialog closes
 // itself by its own timer at `closeAt`. The steps inside the showing stand for the statements
 // read there.
@@ -358,19 +351,21 @@ TEST_F(PlatformTest, MessageBoxesTakeTheirAnswersFromTheQueue)
     }
 }
 
-TEST_F(PlatformTest, FileAndPrintDialogsAnswerFromTheirQueues)
+// File dialogs answer from their queue in order; a dialog with nothing queued, or a modal showing
+// with nothing to drive it, fails the script.
+TEST_F(PlatformTest, DialogsAnswerFromTheirQueuesAndFailTheScriptWhenNothingAnswers)
 {
     platform.queueFileDialog({forms::FileDialogResult::Outcome::Chosen, "a.dat", {}});
     platform.queueFileDialog({forms::FileDialogResult::Outcome::Cancelled, {}, {}});
-    platform.queuePrintDialog({forms::PrintDialogResult::Outcome::Cancelled, {}});
     forms::Platform& p = platform;
     EXPECT_EQ(p.fileDialog({"Save", "*.dat", "", true, true, ""}).fileName, "a.dat");
     EXPECT_EQ(p.fileDialog({"Open", "*.dat", "", false, false, ""}).outcome,
               forms::FileDialogResult::Outcome::Cancelled);
     EXPECT_THROW(p.fileDialog({"Again", "", "", false, false, ""}), UnansweredDialog);
-    EXPECT_EQ(platform.fileDialogs().size(), 3u);
-    EXPECT_EQ(p.printDialog("Print").outcome, forms::PrintDialogResult::Outcome::Cancelled);
     EXPECT_THROW(p.printDialog("Print"), UnansweredDialog);
+    platform.setModalDriver(nullptr);
+    EXPECT_THROW(forms::ShowModal(form, nullptr), UnansweredDialog);
+    EXPECT_TRUE(platform.modalForms().empty());
 }
 
 TEST_F(PlatformTest, TheFrameKnowsItsChildrenInOrderAndTheActiveOne)
@@ -398,24 +393,6 @@ TEST_F(PlatformTest, TheFrameKnowsItsChildrenInOrderAndTheActiveOne)
     EXPECT_FALSE(platform.lastArrangement());
     p.arrange(forms::Arrangement::TileVertical);
     EXPECT_EQ(platform.lastArrangement(), forms::Arrangement::TileVertical);
-}
-
-TEST_F(PlatformTest, SettingsClipboardPrintingAndHelpAreRecorded)
-{
-    forms::Platform& p = platform;
-    p.saveSetting("Marlune Desk", "Settings", "MainLeft", "1500");
-    p.saveSetting("Marlune Desk", "Settings", "MainLeft", "30");
-    EXPECT_EQ(platform.setting("Settings", "MainLeft"), "30");
-    EXPECT_FALSE(platform.setting("Settings", "MainTop"));
-    p.setClipboardText("X1000\r\n");
-    EXPECT_EQ(p.clipboardText(), "X1000\r\n");
-    EXPECT_TRUE(p.printText("Heading", "one"));
-    EXPECT_TRUE(p.printText("Heading", "two"));
-    EXPECT_EQ(platform.printed(), (std::vector<std::string>{"one", "two"}));
-    EXPECT_FALSE(p.showHelp("Manual.hlp", 11));
-    ASSERT_TRUE(platform.lastHelp());
-    EXPECT_EQ(platform.lastHelp()->file, "Manual.hlp");
-    EXPECT_EQ(platform.lastHelp()->command, 11);
 }
 
 } // namespace

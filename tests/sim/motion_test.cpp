@@ -12,54 +12,45 @@ using namespace axis_status;
 // sqrt(100² + 3000·length) and falls again at once.
 double TriangleSeconds(double length) { return 2.0 * (std::sqrt(100.0 * 100.0 + 3000.0 * length) - 100.0) / 3000.0; }
 
-struct Arrival {
+// The state of X at a moment of a move from 0: its phase bit, its speed and its position
+// (-1: not checked).
+struct ProfilePoint {
     std::int64_t length;
-    double seconds;
+    double at;
+    std::uint32_t bit;
+    std::int64_t speed = -1;
+    std::int64_t position = -1;
 };
 
-class MoveArrives : public ::testing::TestWithParam<Arrival> {};
+class MoveProfile : public ::testing::TestWithParam<ProfilePoint> {};
 
-TEST_P(MoveArrives, WhenItsProfileSays)
+TEST_P(MoveProfile, FollowsTheTrapezoidAndArrivesWhenItSays)
 {
     Controller c;
-    const auto [length, seconds] = GetParam();
-    ASSERT_EQ(Ask(c, "X" + std::to_string(length)), "OK");
-    const auto arrival = std::llround(seconds * 1e6);
-    c.advanceTo(arrival - 1);
-    EXPECT_TRUE(c.axisMoving(AxisId::X));
-    EXPECT_NE(c.axisStatus(AxisId::X) & kDecelerating, 0u);
-    c.advanceTo(arrival);
-    EXPECT_FALSE(c.axisMoving(AxisId::X));
-    EXPECT_EQ(c.position(AxisId::X), length);
-    EXPECT_EQ(c.encoder(AxisId::X), length);
+    const ProfilePoint& p = GetParam();
+    ASSERT_EQ(Ask(c, "X" + std::to_string(p.length)), "OK");
+    c.advanceTo(std::llround(p.at * 1e6));
+    EXPECT_EQ(c.axisStatus(AxisId::X) & (kAccelerating | kConstant | kDecelerating | kInPosition), p.bit);
+    EXPECT_EQ(c.axisMoving(AxisId::X), p.bit != kInPosition);
+    if (p.speed >= 0) {
+        EXPECT_EQ(StatusField(c, 9), p.speed);
+    }
+    if (p.position >= 0) {
+        EXPECT_EQ(c.position(AxisId::X), p.position);
+        EXPECT_EQ(c.encoder(AxisId::X), p.position);
+    }
 }
 
 // 9670 pulses between the ramps take 9.67 s; 250 pulses lie between one and two ramps.
-INSTANTIATE_TEST_SUITE_P(Profiles, MoveArrives,
-                         ::testing::Values(Arrival{10000, 10.27}, Arrival{100, TriangleSeconds(100)},
-                                           Arrival{250, TriangleSeconds(250)}));
-
-struct PhasePoint {
-    double at;
-    std::uint32_t bit;
-    std::int64_t speed;
-};
-
-class MovePhases : public ::testing::TestWithParam<PhasePoint> {};
-
-TEST_P(MovePhases, StatusBitsAndSpeedFollowTheProfile)
-{
-    Controller c;
-    ASSERT_EQ(Ask(c, "X10000"), "OK");
-    c.advanceTo(Seconds(GetParam().at));
-    const auto word = static_cast<std::uint32_t>(StatusField(c, 13));
-    EXPECT_EQ(word & (kAccelerating | kConstant | kDecelerating | kInPosition), GetParam().bit);
-    EXPECT_EQ(StatusField(c, 9), GetParam().speed);
-}
-
-INSTANTIATE_TEST_SUITE_P(Trapezoid, MovePhases,
-                         ::testing::Values(PhasePoint{0.1, kAccelerating, 400}, PhasePoint{5.0, kConstant, 1000},
-                                           PhasePoint{10.17, kDecelerating, 400}, PhasePoint{11.0, kInPosition, 0}));
+INSTANTIATE_TEST_SUITE_P(
+        Trapezoid, MoveProfile,
+        ::testing::Values(ProfilePoint{10000, 0.1, kAccelerating, 400}, ProfilePoint{10000, 5.0, kConstant, 1000},
+                          ProfilePoint{10000, 10.17, kDecelerating, 400}, ProfilePoint{10000, 10.269999, kDecelerating},
+                          ProfilePoint{10000, 10.27, kInPosition, 0, 10000}, ProfilePoint{10000, 11.0, kInPosition, 0},
+                          ProfilePoint{100, TriangleSeconds(100) - 1e-6, kDecelerating},
+                          ProfilePoint{100, TriangleSeconds(100), kInPosition, 0, 100},
+                          ProfilePoint{250, TriangleSeconds(250) - 1e-6, kDecelerating},
+                          ProfilePoint{250, TriangleSeconds(250), kInPosition, 0, 250}));
 
 // clang-format off
 const Conversation kMotion[] = {

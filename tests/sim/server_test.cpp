@@ -35,80 +35,54 @@ std::vector<std::string> Frames(FrameReader& reader)
     return out;
 }
 
-TEST(FrameReader, CutsAtCarriageReturnIgnoresLineFeedAndKeepsBinaryBytesAndEmptyFrames)
+TEST(FrameReader, CutsAtCarriageReturnIgnoresLineFeedsAndDropsOversizedAndStaleFrames)
 {
     FrameReader reader;
     reader.feed("???\r\nHSPD\n1000\rV1", 0);
     EXPECT_EQ(Frames(reader), (std::vector<std::string>{"???", "HSPD1000"}));
     EXPECT_TRUE(reader.hasPartial());
-    reader.feed(std::string_view("\r\x00\xff\r\r", 5), 0);
+    reader.feed(std::string_view("\r\x00\xff\r\rHSP", 8), 100);
     EXPECT_EQ(Frames(reader), (std::vector<std::string>{"V1", std::string("\x00\xff", 2), ""}));
-}
-
-TEST(FrameReader, DropsAnOversizedFrameUpToItsEndAndGoesOn)
-{
-    FrameReader reader(8);
-    reader.feed("123456789", 0);
-    reader.feed("abcdef\rOK\r", 0);
-    EXPECT_EQ(Frames(reader), (std::vector<std::string>{"<oversized>", "OK"}));
-    reader.feed("12345678\r", 0);
-    EXPECT_EQ(Frames(reader), std::vector<std::string>{"12345678"}) << "the limit itself is allowed";
-}
-
-TEST(FrameReader, ThrowsAwayAStalePartialFrame)
-{
-    FrameReader reader;
-    reader.feed("HSP", 100);
     reader.dropStale(50);
     EXPECT_TRUE(reader.hasPartial());
     reader.dropStale(200);
-    EXPECT_FALSE(reader.hasPartial());
     reader.feed("???\r", 300);
     EXPECT_EQ(Frames(reader), std::vector<std::string>{"???"});
+
+    FrameReader small(8);
+    small.feed("123456789", 0);
+    small.feed("abcdef\rOK\r12345678\r", 0);
+    EXPECT_EQ(Frames(small), (std::vector<std::string>{"<oversized>", "OK", "12345678"})) << "the limit is allowed";
 }
 
-TEST(ServerOptions, DefaultsServeTcpOnLoopbackAtTheDefaultPortAndEveryOptionIsRead)
+// The options read, as one line, or what a refused command line gives.
+std::string Described(const std::vector<std::string>& args)
 {
-    ServerOptions defaults;
-    ServerOptions options;
+    ServerOptions o;
     std::string error;
-    ASSERT_TRUE(ParseServerOptions({}, defaults, error)) << error;
-    EXPECT_EQ(defaults.bindAddress, "127.0.0.1");
-    EXPECT_EQ(defaults.port, kDefaultTcpPort);
-    EXPECT_TRUE(defaults.tcp);
-    EXPECT_FALSE(defaults.pty);
-    EXPECT_EQ(defaults.idleExitSeconds, 600);
-    EXPECT_FALSE(defaults.exitAfterSeconds);
-    ASSERT_TRUE(ParseServerOptions({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after",
-                                    "60", "--fail", "drop-after=3", "--fail", "slow=20", "--fail", "garbage"},
-                                   options, error))
-            << error;
-    EXPECT_EQ(options.port, 0);
-    EXPECT_TRUE(options.pty);
-    EXPECT_EQ(options.ptyLink, "/tmp/x/COM3");
-    EXPECT_EQ(options.idleExitSeconds, 2.5);
-    EXPECT_EQ(options.exitAfterSeconds, 60.0);
-    EXPECT_EQ(options.failures.dropAfterExchanges, 3);
-    EXPECT_EQ(options.failures.slowReplyMs, 20);
-    EXPECT_TRUE(options.failures.garbageReply);
+    if (!ParseServerOptions(args, o, error))
+        return error.empty() ? "refused without a reason" : "refused";
+    const FailureModes& f = o.failures;
+    return o.bindAddress + ":" + std::to_string(o.port) + (o.tcp ? " tcp" : "") + (o.pty ? " pty=" + o.ptyLink : "")
+           + " idle=" + std::to_string(o.idleExitSeconds)
+           + " exit=" + (o.exitAfterSeconds ? std::to_string(*o.exitAfterSeconds) : "never")
+           + " drop=" + std::to_string(f.dropAfterExchanges) + " slow=" + std::to_string(f.slowReplyMs)
+           + (f.garbageReply ? " garbage" : "");
 }
 
-using Args = std::vector<std::string>;
-
-class BadOptions : public ::testing::TestWithParam<Args> {};
-
-TEST_P(BadOptions, AreRefusedWithAReason)
+TEST(ServerOptions, DefaultsServeTcpOnLoopbackAtTheDefaultPortEveryOptionIsReadAndABadOneRefused)
 {
-    ServerOptions options;
-    std::string error;
-    EXPECT_FALSE(ParseServerOptions(GetParam(), options, error));
-    EXPECT_FALSE(error.empty());
+    using Args = std::vector<std::string>;
+    EXPECT_EQ(Described({}),
+              "127.0.0.1:" + std::to_string(kDefaultTcpPort) + " tcp idle=600.000000 exit=never drop=-1 slow=0");
+    EXPECT_EQ(Described({"--port", "0", "--pty-link", "/tmp/x/COM3", "--idle-exit", "2.5", "--exit-after", "60",
+                         "--fail", "drop-after=3", "--fail", "slow=20", "--fail", "garbage"}),
+              "127.0.0.1:0 tcp pty=/tmp/x/COM3 idle=2.500000 exit=60.000000 drop=3 slow=20 garbage");
+    for (const Args& bad :
+         {Args{"--port"}, Args{"--port", "70000"}, Args{"--fail", "sometimes"}, Args{"--fail", "slow=x"},
+          Args{"--idle-exit", "-1"}, Args{"--no-tcp"}, Args{"--frobnicate"}})
+        EXPECT_EQ(Described(bad), "refused") << bad.front();
 }
-
-INSTANTIATE_TEST_SUITE_P(CommandLine, BadOptions,
-                         ::testing::Values(Args{"--port"}, Args{"--port", "70000"}, Args{"--fail", "sometimes"},
-                                           Args{"--fail", "slow=x"}, Args{"--idle-exit", "-1"}, Args{"--no-tcp"},
-                                           Args{"--frobnicate"}));
 
 // A reply read from a file descriptor up to its 0x04, without it; nullopt on time-out or a closed link.
 std::optional<std::string> ReadReply(int fd, std::chrono::milliseconds limit = 5s)
@@ -256,23 +230,16 @@ TEST_F(ServerEndToEnd, StopsReadingAClientThatDoesNotReadItsReplies)
     EXPECT_EQ(other.exchange("HSPD"), "1000");
 }
 
-TEST_F(ServerEndToEnd, DropAfterClosesTheLinkBehindTheLastExchange)
+// Over TCP, drop-after closes the link behind the last exchange and no-terminator leaves the reply open.
+TEST_F(ServerEndToEnd, FailureModesActOnTheTcpLink)
 {
-    const auto port = start({"--fail", "drop-after=2"});
-    ASSERT_NE(port, 0);
-    Client client(port);
-    EXPECT_EQ(client.exchange("V1=1"), "OK");
-    EXPECT_EQ(client.exchange("V1"), "1");
-    EXPECT_TRUE(client.closedByPeer());
-}
-
-TEST_F(ServerEndToEnd, NoTerminatorLeavesTheReplyOpen)
-{
-    const auto port = start({"--fail", "no-terminator"});
-    ASSERT_NE(port, 0);
-    Client client(port);
-    client.send("???\r");
-    EXPECT_EQ(client.reply(300ms), std::nullopt);
+    Client dropped(start({"--fail", "drop-after=2"}));
+    EXPECT_EQ(dropped.exchange("V1=1"), "OK");
+    EXPECT_EQ(dropped.exchange("V1"), "1");
+    EXPECT_TRUE(dropped.closedByPeer());
+    Client open(start({"--fail", "no-terminator"}));
+    open.send("???\r");
+    EXPECT_EQ(open.reply(300ms), std::nullopt);
 }
 
 TEST_F(ServerEndToEnd, EndsByItselfWhenIdleCleanlyOnTerminateAndRefusesABadCommandLine)
