@@ -7,6 +7,8 @@
 #include <QLibrary>
 #include <QVBoxLayout>
 
+#include <memory>
+
 #include "forms/control.h"
 #include "qt/plot_view.h"
 #include "qt/shown_text.h"
@@ -16,6 +18,9 @@ namespace marlune::qt {
 namespace {
 
 struct ChartModule {
+    // Kept, never deleted or unloaded: views made by it may live as long as the program, past the
+    // static destructors.
+    QLibrary* library = nullptr;
     MarluneCreatePlotViewFunction create = nullptr;
     QString error;
 };
@@ -28,7 +33,6 @@ QStringList ModuleFolders()
             QStringLiteral(MARLUNE_CHART_MODULE_DIR)};
 }
 
-// Loaded once and kept to the end: views made by it may live as long as the program.
 const ChartModule& LoadChartModule()
 {
     static const ChartModule module = [] {
@@ -38,14 +42,14 @@ const ChartModule& LoadChartModule()
             const QString file = QDir(folder).filePath(QStringLiteral("marlune-scope-view.so"));
             if (!QFileInfo::exists(file))
                 continue;
-            auto* library = new QLibrary(file);
+            auto library = std::make_unique<QLibrary>(file);
             if (auto create =
                         reinterpret_cast<MarluneCreatePlotViewFunction>(library->resolve(kCreatePlotViewSymbol))) {
+                loaded.library = library.release();
                 loaded.create = create;
                 return loaded;
             }
             tried << library->errorString();
-            delete library;
         }
         loaded.error = tried.isEmpty() ? QStringLiteral("marlune-scope-view.so is not installed") : tried.join("; ");
         return loaded;

@@ -30,7 +30,8 @@ public:
     {
         setRenderHint(QPainter::Antialiasing, false);
         setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
-        auto* chart = new QChart;
+        // The view comes with a chart of its own, and would not delete it if given another.
+        QChart* chart = this->chart();
         chart->legend()->setAlignment(Qt::AlignRight);
         chart->setMargins(QMargins(4, 4, 4, 4));
         time_->setTitleText(QStringLiteral("Time (s)"));
@@ -40,7 +41,6 @@ public:
         chart->addAxis(time_, Qt::AlignBottom);
         chart->addAxis(numbers_, Qt::AlignLeft);
         chart->addAxis(logicScale_, Qt::AlignRight);
-        setChart(chart);
     }
 
     QWidget* widget() override { return this; }
