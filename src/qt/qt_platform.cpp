@@ -10,6 +10,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QSettings>
@@ -17,6 +18,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <memory>
 
 #include "forms/control.h"
 #include "forms/files.h"
@@ -65,6 +67,16 @@ constexpr int kHelpPartialKey = 261;
 // Timers shorter than this are asked of the desktop to the millisecond.
 constexpr int kPreciseBelowMs = 20;
 
+// Dialogs live on the heap: the window they stand on may be unloaded, and deleted with its
+// children, while they wait for the operator. Gives the dialog back when it outlived its run.
+template <class Dialog>
+std::unique_ptr<Dialog> Run(Dialog* dialog, int& code)
+{
+    const QPointer<Dialog> guard(dialog);
+    code = dialog->exec();
+    return std::unique_ptr<Dialog>(guard.data());
+}
+
 } // namespace
 
 QtPlatform::QtPlatform() = default;
@@ -92,15 +104,17 @@ QWidget* QtPlatform::dialogParent() const
 forms::MessageAnswer QtPlatform::messageBox(const forms::MessageRequest& request)
 {
     const bool question = request.buttons == forms::MessageButtons::YesNo;
-    QMessageBox box(BoxIcon(request.icon), ShownText(request.title), ShownText(request.text),
-                    question ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, dialogParent());
-    box.setTextFormat(Qt::PlainText);
-    box.setObjectName(QStringLiteral("messageBox"));
-    // The box's close box and Escape answer No to a question, OK otherwise.
-    box.setEscapeButton(question ? QMessageBox::No : QMessageBox::Ok);
-    box.exec();
-    QAbstractButton* clicked = box.clickedButton();
-    const QMessageBox::StandardButton answer = clicked ? box.standardButton(clicked) : QMessageBox::NoButton;
+    auto* box = new QMessageBox(BoxIcon(request.icon), ShownText(request.title), ShownText(request.text),
+                                question ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, dialogParent());
+    box->setTextFormat(Qt::PlainText);
+    box->setObjectName(QStringLiteral("messageBox"));
+    // The box's close box and Escape answer No to a question, OK otherwise; so does a box that
+    // went with its window.
+    box->setEscapeButton(question ? QMessageBox::No : QMessageBox::Ok);
+    int code = 0;
+    const std::unique_ptr<QMessageBox> answered = Run(box, code);
+    QAbstractButton* clicked = answered ? answered->clickedButton() : nullptr;
+    const QMessageBox::StandardButton answer = clicked ? answered->standardButton(clicked) : QMessageBox::NoButton;
     if (!question)
         return forms::MessageAnswer::OK;
     return answer == QMessageBox::Yes ? forms::MessageAnswer::Yes : forms::MessageAnswer::No;
@@ -319,18 +333,20 @@ void QtPlatform::timerChanged(forms::Timer& timer)
 forms::FileDialogResult QtPlatform::fileDialog(const forms::FileDialogRequest& request)
 {
     using Outcome = forms::FileDialogResult::Outcome;
-    QFileDialog dialog(dialogParent(), ShownText(request.title));
-    dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.askToReplace);
-    dialog.setDefaultSuffix(ShownText(request.extension));
+    auto* dialog = new QFileDialog(dialogParent(), ShownText(request.title));
+    dialog->setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.askToReplace);
+    dialog->setDefaultSuffix(ShownText(request.extension));
     if (const QStringList filters = QtNameFilters(request.filter); !filters.isEmpty())
-        dialog.setNameFilters(filters);
+        dialog->setNameFilters(filters);
     if (!request.initialName.empty())
-        dialog.selectFile(ShownText(request.initialName));
-    if (dialog.exec() != QDialog::Accepted)
+        dialog->selectFile(ShownText(request.initialName));
+    int code = 0;
+    const std::unique_ptr<QFileDialog> chosen = Run(dialog, code);
+    if (!chosen || code != QDialog::Accepted)
         return {Outcome::Cancelled, {}, {}};
-    const QStringList files = dialog.selectedFiles();
+    const QStringList files = chosen->selectedFiles();
     if (files.isEmpty() || files.front().isEmpty())
         return {Outcome::Failed, {}, "No file was chosen."};
     const std::string name = ModelText(files.front());
@@ -354,11 +370,12 @@ forms::PrintDialogResult QtPlatform::printDialog(const std::string& title)
     using Outcome = forms::PrintDialogResult::Outcome;
     if (!printFile_.isEmpty())
         printer().setOutputFileName(printFile_);
-    QPrintDialog dialog(&printer(), dialogParent());
-    dialog.setWindowTitle(ShownText(title));
+    auto* dialog = new QPrintDialog(&printer(), dialogParent());
+    dialog->setWindowTitle(ShownText(title));
     // Every job prints its whole text: there are no pages to pick.
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
-    if (dialog.exec() != QDialog::Accepted)
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
+    int code = 0;
+    if (!Run(dialog, code) || code != QDialog::Accepted)
         return {Outcome::Cancelled, {}};
     if (!printer().isValid())
         return {Outcome::Failed, "No printer is available."};

@@ -114,6 +114,30 @@ public:
     forms::Timer& Timer1 = add<forms::Timer>("Timer1", 1);
 };
 
+// A window unloaded by its own timer while a box or a file dialog stands on it takes the dialog
+// along: the question reads as No and the file dialog as cancelled.
+TEST(Platform, ADialogWhoseWindowUnloadsUnderItEndsAsDeclined)
+{
+    QtDesk desk;
+    for (const bool fileDialog : {false, true}) {
+        Clocked form;
+        form.Timer1.onTick = [&] {
+            if (qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                form.unload();
+        };
+        bool declined = false;
+        QTimer::singleShot(0, [&] {
+            declined = fileDialog ? desk.platform.fileDialog({"Open", "*.dat|*.dat", "", false, false, "dat"}).outcome
+                                            == forms::FileDialogResult::Outcome::Cancelled
+                                  : forms::MsgBox("Store?", forms::MessageButtons::YesNo) == forms::MessageAnswer::No;
+        });
+        forms::ShowModal(form, nullptr);
+        QApplication::processEvents();
+        EXPECT_TRUE(declined) << (fileDialog ? "file dialog" : "message box");
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    }
+}
+
 TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
 {
     QtDesk desk;
