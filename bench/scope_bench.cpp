@@ -10,7 +10,8 @@
 //                         record's columns alone, /1 also the chart's lines, /2 also the picture
 //   ScopeLiveOverTcp      the panel and its scope shown (offscreen) for 20 s at 10 ms with the 2
 //                         traces shown at the start, /12 with 12: samples a second, CPU of the
-//                         whole process, memory it took on
+//                         whole process, memory it took on. MARLUNE_SCOPE_SECONDS=600 makes it
+//                         the ten minutes that fill the ring.
 #include <benchmark/benchmark.h>
 
 #include <QTimer>
@@ -21,6 +22,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -67,7 +69,8 @@ double ResidentMegabytes()
 // in a folder of its own.
 class MovingController {
 public:
-    MovingController() : simulator_(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--exit-after", "300"})
+    explicit MovingController(int seconds = 300)
+        : simulator_(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--exit-after", std::to_string(seconds)})
     {
         previousDir_ = std::filesystem::current_path();
         workDir_ = std::filesystem::temp_directory_path() / ("marlune-scope-" + std::to_string(::getpid()));
@@ -92,7 +95,8 @@ public:
     // Once the panel has the link open.
     static void moveAllAxes()
     {
-        for (const char* text : {"HSPD20000", "LSPD500", "ACCEL500", "INC", "X9000000Y8000000Z7000000U6000000"}) {
+        for (const char* text :
+             {"HSPD20000", "LSPD500", "ACCEL500", "INC", "X15000000", "Y14000000", "Z13000000", "U12000000"}) {
             std::string command = text;
             std::string reply;
             link::SendCommand(command, reply);
@@ -231,10 +235,16 @@ BENCHMARK(ScopeRedraw12Traces)
         ->Iterations(20)
         ->Repetitions(5);
 
+int LiveSeconds()
+{
+    const char* seconds = std::getenv("MARLUNE_SCOPE_SECONDS");
+    return seconds && std::atoi(seconds) > 0 ? std::atoi(seconds) : 20;
+}
+
 void ScopeLiveOverTcp(benchmark::State& state)
 {
-    constexpr int kSeconds = 20;
-    MovingController controller;
+    const int kSeconds = LiveSeconds();
+    MovingController controller(kSeconds + 60);
     if (!controller.started()) {
         state.SkipWithError("marlune-sim did not start");
         return;
