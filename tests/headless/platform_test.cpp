@@ -208,18 +208,6 @@ TEST_F(PlatformTest, ATickWhileItsOwnMessageBoxIsOpenIsDroppedAndOtherTimersRun)
     EXPECT_EQ(platform.messages().size(), 1u);
 }
 
-// The rest of a wait that a tick cut short by closing the modal form is the caller's.
-TEST_F(PlatformTest, AdvanceStopsWhenATickClosesTheModalForm)
-{
-    addTimer(form, "closer", 250).onTick = [&] { form.unload(); };
-    bool reached = true;
-    driver.steps.push_back([&](forms::Form&) { reached = platform.advance(1000); });
-    forms::ShowModal(form, nullptr);
-    EXPECT_FALSE(reached);
-    EXPECT_EQ(platform.now(), 250);
-    EXPECT_TRUE(platform.modalForms().empty());
-}
-
 TEST_F(PlatformTest, NestedModalShowingsReturnInnermostFirst)
 {
     TestForm outer("Outer");
@@ -271,6 +259,7 @@ protected:
     PendingWait waiting{platform};
 };
 
+// The advance inside stops at the tick that closes the dialog; the rest of the wait is the outer level's.
 TEST_F(WaitAcrossShowings, AClosingModalFormInterruptsTheWaitAndTheOuterLevelFinishesIt)
 {
     prepare(500);

@@ -118,12 +118,6 @@ TEST(ScenarioRunner, ASyntaxErrorFailsOnlyItsScenario)
     EXPECT_EQ(totals.failed, 1);
 }
 
-} // namespace
-} // namespace marlune::headless
-
-namespace marlune::headless {
-namespace {
-
 // A scenario swept with one failed exchange at a time, and what the sweep's report must hold.
 struct SweepRow {
     const char* scenario;

@@ -70,22 +70,6 @@ INSTANTIATE_TEST_SUITE_P(
                           Unframing{"V1", std::nullopt, kExchangeFailedText},
                           Unframing{"V1", "OK\x04", kExchangeFailedText, 0}));
 
-TEST_F(HeadlessFixture, ThePairRepeatsAHundredTimesOnTheVirtualComPortOnly)
-{
-    std::string first = "EOX=1";
-    std::string second = "EOX = 0";
-    std::string reply;
-    for (std::int16_t kind : {3, 2}) {
-        Link().linkKind = kind;
-        EXPECT_TRUE(SendCommandPair(first, second, reply));
-    }
-    std::vector<std::string> expected;
-    for (int round = 0; round < 100; ++round)
-        expected.insert(expected.end(), {"EOX=1\r", "EOX=0\r"});
-    expected.push_back("EOX=1\r");
-    EXPECT_EQ(frames(), expected);
-}
-
 using Read = std::pair<const char*, std::int32_t>; // the reply (nullptr: the exchange fails), the value (0: failed)
 
 class Reads : public HeadlessFixture, public ::testing::WithParamInterface<Read> {};

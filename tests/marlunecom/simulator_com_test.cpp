@@ -92,18 +92,6 @@ TEST_F(SimulatorComTest, TheReplyOrTheGarbageOrTheUnterminatedReplyIsWhatTheBuff
     EXPECT_EQ(reply.text().size(), link::kReceiveBufferSize) << "the whole buffer is filled, without 0x04";
 }
 
-TEST_F(SimulatorComTest, AWaitLoopAfterStoreEndsOnAFrozenClock)
-{
-    SimulatorCom patient{[this] { return clock; }};
-    const auto handle = testing::OpenLink(patient, 1, 1, "");
-    ASSERT_NE(patient.sendRecv(1, handle, "STORE\r", reply.fresh()), 0);
-    int tries = 0;
-    while (tries < 11 && patient.sendRecv(1, handle, "V1\r", reply.fresh()) == 0)
-        ++tries;
-    EXPECT_LT(tries, 11) << "the controller never came back from its EEPROM write";
-    EXPECT_EQ(patient.counters().failedExchanges, tries);
-}
-
 TEST_F(SimulatorComTest, HandlesAreDistinctAndAnUnknownOrClosedOneReachesNoController)
 {
     com.failureModes().failFirstOpen = true;

@@ -164,25 +164,15 @@ TEST_F(Frame, TheCommunicationLogShowsTheExchangesAndTakesNewOnes)
     EXPECT_FALSE(program.findForm("CommunicationLog")->loaded());
 }
 
-TEST_F(Frame, TheCloseBoxUnloadsTheFrameWhichSavesItsPlaceAndEndsTheProgram)
+// The frame's close box asks an open project's question before any window goes: No keeps the
+// project and its program windows as they stand; Yes unloads the frame, which saves its place
+// and ends the program.
+TEST_F(Frame, TheCloseBoxAsksTheProjectFirstAndYesSavesThePlaceAndEndsTheProgram)
 {
     QSettings(QStringLiteral("Marlune"), QStringLiteral("Marlune Desk")).clear();
     bool ended = false;
     QObject::connect(&desk.platform, &QtPlatform::frameUnloaded, [&] { ended = true; });
     frame->setGeometry(40, 50, 800, 600);
-    frame->close();
-    EXPECT_TRUE(ended);
-    EXPECT_FALSE(program.frame().loaded());
-    QSettings settings(QStringLiteral("Marlune"), QStringLiteral("Marlune Desk"));
-    EXPECT_EQ(settings.value(QStringLiteral("Settings/MainWidth")).toString().toInt(),
-              program.frame().width * shell::kTwipsPerPixel);
-    EXPECT_GE(program.frame().width, 800);
-}
-
-// The frame's close box asks an open project's question before any window goes: No keeps the
-// project and its program windows as they stand.
-TEST_F(Frame, TheCloseBoxAsksTheProjectFirstAndNoKeepsEveryWindow)
-{
     project::Projects& projects = program.projects();
     projects.NewProject();
     projects.manager().displayProg(1).operatorClick();
@@ -195,19 +185,12 @@ TEST_F(Frame, TheCloseBoxAsksTheProjectFirstAndNoKeepsEveryWindow)
         frame->close();
         EXPECT_EQ(projects.programWindowOpen(1), answer == QMessageBox::No);
         EXPECT_EQ(program.frame().loaded(), answer == QMessageBox::No);
+        EXPECT_EQ(ended, answer == QMessageBox::Yes);
     }
-}
-
-// A resize of the frame tiles the displayed programs again, which leaves the manager active.
-TEST_F(Frame, AResizeOfTheFrameTilesTheProgramsAgain)
-{
-    project::Projects& projects = program.projects();
-    projects.NewProject();
-    projects.manager().displayProg(1).operatorClick();
-    desk.platform.activate(*projects.programWindow(1));
-    frame->resize(frame->width() + 40, frame->height() + 30);
-    QApplication::processEvents();
-    EXPECT_EQ(desk.platform.activeChild(), &projects.manager());
+    QSettings settings(QStringLiteral("Marlune"), QStringLiteral("Marlune Desk"));
+    EXPECT_EQ(settings.value(QStringLiteral("Settings/MainWidth")).toString().toInt(),
+              program.frame().width * shell::kTwipsPerPixel);
+    EXPECT_GE(program.frame().width, 800);
 }
 
 TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
@@ -247,8 +230,9 @@ TEST_F(Frame, ChildrenAreListedInTheWindowMenuTiledAndActivated)
 }
 
 // The manager and a program side by side, as the operator sees them; a Tab typed in the editor
-// reaches the model as a typed tab, the definitions reach the editor as names to mark, and the
-// frame's title names the changed project.
+// reaches the model as a typed tab, the definitions reach the editor as names to mark, the
+// frame's title names the changed project, and a resize of the frame tiles the programs again,
+// which leaves the manager active.
 TEST_F(Frame, TheProjectWindowsStandSideBySideATypedTabReachesTheModelAndDefinitionsTheEditor)
 {
     frame->resize(1000, 560);
@@ -268,6 +252,10 @@ TEST_F(Frame, TheProjectWindowsStandSideBySideATypedTabReachesTheModelAndDefinit
     EXPECT_TRUE(frame->isWindowModified());
     Settle();
     EXPECT_TRUE(SaveScreenshot(*frame, "ProjectWindows.png"));
+    desk.platform.activate(window);
+    frame->resize(frame->width() + 40, frame->height() + 30);
+    QApplication::processEvents();
+    EXPECT_EQ(desk.platform.activeChild(), &projects.manager());
 }
 
 // Each stretch of a line with the kind of word it is coloured as; small letters count as capitals,

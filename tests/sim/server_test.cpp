@@ -230,18 +230,6 @@ TEST_F(ServerEndToEnd, StopsReadingAClientThatDoesNotReadItsReplies)
     EXPECT_EQ(other.exchange("HSPD"), "1000");
 }
 
-// Over TCP, drop-after closes the link behind the last exchange and no-terminator leaves the reply open.
-TEST_F(ServerEndToEnd, FailureModesActOnTheTcpLink)
-{
-    Client dropped(start({"--fail", "drop-after=2"}));
-    EXPECT_EQ(dropped.exchange("V1=1"), "OK");
-    EXPECT_EQ(dropped.exchange("V1"), "1");
-    EXPECT_TRUE(dropped.closedByPeer());
-    Client open(start({"--fail", "no-terminator"}));
-    open.send("???\r");
-    EXPECT_EQ(open.reply(300ms), std::nullopt);
-}
-
 TEST_F(ServerEndToEnd, EndsByItselfWhenIdleCleanlyOnTerminateAndRefusesABadCommandLine)
 {
     SimProcess idle(MARLUNE_SIM_EXECUTABLE, {"--port", "0", "--idle-exit", "0.2"});

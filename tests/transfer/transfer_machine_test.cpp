@@ -70,25 +70,6 @@ private:
     std::filesystem::path dir_;
 };
 
-TEST(TransferText, FourthFieldOfProgramStatus)
-{
-    const std::pair<std::string, std::string> rows[] = {
-            {"1,0,12,345,0", "345"}, {"1,2,3,4", "4"}, {"1,2", ""}, {"a,b,c,", ""}, {",,,7,8,9", "7"}};
-    for (const auto& [reply, field] : rows)
-        EXPECT_EQ(FourthField(reply), field) << reply;
-}
-
-TEST(TransferText, ProgramLineLosesCommentBlanksAndControlCharacters)
-{
-    EXPECT_EQ(CleanProgramLine("\tX 10 00;  go"), "X1000");
-    EXPECT_EQ(CleanProgramLine(std::string("A\x14"
-                                           "B\x15"
-                                           "\xE9",
-                                           5)),
-              "AB\x15\xE9");
-    EXPECT_EQ(CleanProgramLine("  ; only a comment"), "");
-}
-
 TEST_F(TransferMachineTest, DownloadStepIsRoundedHalfToEvenAndAtLeastOne)
 {
     const std::pair<std::size_t, int> rows[] = {{0, 10000}, {3, 3333}, {6, 1667}, {32, 312}, {20000, 1}};
@@ -101,14 +82,16 @@ TEST_F(TransferMachineTest, DownloadStepIsRoundedHalfToEvenAndAtLeastOne)
     }
 }
 
+// A line loses its comment, its blanks and the control characters up to 20; one left empty is not sent.
 TEST_F(TransferMachineTest, DownloadSendsEachCleanedLineOnceAndTheLastLineAsItStands)
 {
     members.operationType = 3;
     members.ProgramNumber = 2;
-    members.programStr = "X 100 ;out\r\n\r\n  ;note\r\n\tY2\nZ 3 ;raw";
+    members.programStr = "X 100 ;out\r\n\r\n  ;note\r\nA\x14"
+                         "B\x15 \xE9\r\n\tY2\nZ 3 ;raw";
     EXPECT_EQ(runToEnd(), 1 + static_cast<int>(members.programStr.size()) + 2);
-    EXPECT_EQ(host.sent,
-              (std::vector<std::string>{"CLOSE", "OPEN PROG 2", "CLEAR", "X100", "Y2", "Z 3 ;raw", "CLOSE"}));
+    EXPECT_EQ(host.sent, (std::vector<std::string>{"CLOSE", "OPEN PROG 2", "CLEAR", "X100", "AB\x15\xE9", "Y2",
+                                                   "Z 3 ;raw", "CLOSE"}));
     EXPECT_EQ(host.statText, "Y2");
     EXPECT_EQ(members.operationResult, 1);
     EXPECT_EQ(host.bar, 10000);
@@ -138,14 +121,18 @@ TEST_F(TransferMachineTest, UploadCollectsTheReportedLinesAndWaitsOutEmptyReplie
     EXPECT_EQ(members.operationResult, 1);
 }
 
-TEST_F(TransferMachineTest, UploadOfAnUnreadableLineCountFetchesOneLine)
+// The fourth field of the program status is the number of lines; one that cannot be read fetches one line.
+TEST_F(TransferMachineTest, UploadFetchesTheLinesTheProgramStatusCounts)
 {
-    for (const std::string reply : {"1,2", "1,2,3,", "1,2,3,x", "1,2,3,-4"}) {
+    const std::pair<std::string, int> rows[] = {{"1,2", 1},    {"1,2,3,", 1},   {"1,2,3,x", 1}, {"1,2,3,-4", 1},
+                                                {"a,b,c,", 1}, {",,,7,8,9", 7}, {"1,2,3,4", 4}, {"1,0,12,345,0", 345}};
+    for (const auto& row : rows) {
         members.operationType = 4;
-        host.answer = [&](const std::string& command) { return command.starts_with("PSTAT") ? reply : "L"; };
+        host.answer = [&](const std::string& command) { return command.starts_with("PSTAT") ? row.first : "L"; };
         machine.reset();
         runToEnd();
-        EXPECT_EQ(members.programStr, "L\r\n") << reply;
+        EXPECT_EQ(members.totalProgLine, row.second) << row.first;
+        EXPECT_EQ(members.programStr.size(), 3u * static_cast<std::size_t>(row.second)) << row.first;
     }
 }
 
