@@ -77,7 +77,10 @@ public:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addclose(&actions, fds[0]);
-        pid_ = Spawn({"Xvfb", "-displayfd", std::to_string(fds[1]), "-screen", "0", "1280x800x24", "-nolisten", "tcp"},
+        // -noreset: a server that resets when its last client leaves refuses the next program's
+        // connection while it does, and the programs of a run come and go one by one.
+        pid_ = Spawn({"Xvfb", "-displayfd", std::to_string(fds[1]), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+                      "-noreset"},
                      {}, &actions);
         posix_spawn_file_actions_destroy(&actions);
         close(fds[1]);
