@@ -243,8 +243,8 @@ int LiveSeconds()
 
 void ScopeLiveOverTcp(benchmark::State& state)
 {
-    const int kSeconds = LiveSeconds();
-    MovingController controller(kSeconds + 60);
+    const int seconds = LiveSeconds();
+    MovingController controller(seconds + 60);
     if (!controller.started()) {
         state.SkipWithError("marlune-sim did not start");
         return;
@@ -275,7 +275,7 @@ void ScopeLiveOverTcp(benchmark::State& state)
             samplesAtStart = scope.record().size();
             wallAtStart = std::chrono::steady_clock::now();
         });
-        QTimer::singleShot(1000 + kSeconds * 1000, [&] {
+        QTimer::singleShot(1000 + seconds * 1000, [&] {
             const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - wallAtStart).count();
             state.SetIterationTime(wall);
             state.counters["cpu_percent"] = 100 * (CpuSeconds() - cpuAtStart) / wall;
