@@ -163,6 +163,14 @@ void QtPlatform::runModal(forms::Form& form, forms::Form* owner)
     window->activateWindow();
     QEventLoop loop;
     showing.loop = &loop;
+    // A window deleted with the window it stands on takes its form along, or the loop would wait
+    // for an unload that no window can give. (An unloaded form's window goes after its showing.)
+    connect(window, &QObject::destroyed, &loop, [this, &form, window] {
+        const auto it = showings_.find(&form);
+        const bool stillShown = it != showings_.end() && (!it->second.window || it->second.window == window);
+        if (stillShown && !form.unload())
+            formUnloaded(form);
+    });
     // The loop ends in formUnloaded, however the form comes to unload.
     if (form.loaded())
         loop.exec(QEventLoop::DialogExec);

@@ -139,6 +139,26 @@ TEST(Platform, ADialogWhoseWindowUnloadsUnderItEndsAsDeclined)
     }
 }
 
+// A modal form whose owner unloads under it goes with the owner's window instead of waiting,
+// windowless, for an unload that nobody can give.
+TEST(Platform, AModalFormWhoseOwnerUnloadsUnderItUnloadsToo)
+{
+    QtDesk desk;
+    Clocked owner;
+    Clocked inner;
+    inner.Timer1.onTick = [&] { owner.unload(); };
+    bool innerReturned = false;
+    QTimer::singleShot(0, [&] {
+        forms::ShowModal(inner, &owner);
+        innerReturned = true;
+    });
+    forms::ShowModal(owner, nullptr);
+    QApplication::processEvents();
+    EXPECT_TRUE(innerReturned);
+    EXPECT_FALSE(inner.loaded());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
 TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
 {
     QtDesk desk;
