@@ -1,5 +1,6 @@
 #include "sim_process.h"
 
+#include <algorithm>
 #include <charconv>
 #include <csignal>
 #include <poll.h>
@@ -11,17 +12,7 @@ extern char** environ;
 
 namespace marlune::testing {
 
-namespace {
-
 using Clock = std::chrono::steady_clock;
-
-int RemainingMs(Clock::time_point deadline)
-{
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    return left > 0 ? static_cast<int>(left) : 0;
-}
-
-} // namespace
 
 SimProcess::SimProcess(const std::string& program, const std::vector<std::string>& arguments)
 {
@@ -53,37 +44,26 @@ SimProcess::~SimProcess()
         ::close(output_);
 }
 
-std::optional<std::string> SimProcess::readLine(std::chrono::milliseconds limit)
+std::optional<std::string> SimProcess::lineAfter(const std::string& prefix, std::chrono::milliseconds limit)
 {
     const auto deadline = Clock::now() + limit;
     for (;;) {
-        const auto end = buffered_.find('\n');
-        if (end != std::string::npos) {
-            std::string line = buffered_.substr(0, end);
+        for (auto end = buffered_.find('\n'); end != std::string::npos; end = buffered_.find('\n')) {
+            const std::string line = buffered_.substr(0, end);
             buffered_.erase(0, end + 1);
-            if (!line.empty() && line.back() == '\r')
-                line.pop_back();
-            return line;
+            if (line.starts_with(prefix))
+                return line.substr(prefix.size());
         }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
         pollfd request{output_, POLLIN, 0};
-        if (output_ < 0 || ::poll(&request, 1, RemainingMs(deadline)) <= 0)
-            return std::nullopt;
         char chunk[256];
+        if (output_ < 0 || ::poll(&request, 1, static_cast<int>(std::max<std::int64_t>(left, 0))) <= 0)
+            return std::nullopt;
         const ssize_t got = ::read(output_, chunk, sizeof chunk);
         if (got <= 0)
             return std::nullopt;
         buffered_.append(chunk, static_cast<std::size_t>(got));
     }
-}
-
-std::optional<std::string> SimProcess::lineAfter(const std::string& prefix, std::chrono::milliseconds limit)
-{
-    const auto deadline = Clock::now() + limit;
-    while (const auto line = readLine(std::chrono::milliseconds(RemainingMs(deadline)))) {
-        if (line->starts_with(prefix))
-            return line->substr(prefix.size());
-    }
-    return std::nullopt;
 }
 
 std::optional<std::uint16_t> SimProcess::tcpPort()

@@ -19,9 +19,8 @@ public:
     SimProcess(const SimProcess&) = delete;
     SimProcess& operator=(const SimProcess&) = delete;
 
-    // The next line the process printed, or nullopt when none came within `limit`.
-    std::optional<std::string> readLine(std::chrono::milliseconds limit = std::chrono::seconds(10));
-    // The rest of the next line that begins with `prefix` ("tcp ", "pty ").
+    // The rest of the next line that begins with `prefix` ("tcp ", "pty "), or nullopt when none
+    // came within `limit`.
     std::optional<std::string> lineAfter(const std::string& prefix,
                                          std::chrono::milliseconds limit = std::chrono::seconds(10));
     // The port of the "tcp 127.0.0.1:PORT" line.
