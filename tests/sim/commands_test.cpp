@@ -40,6 +40,7 @@ const Conversation kCommands[] = {
         {"ACCEL65001", "?ACCEL takes 0 to 65000"}}},
     {"SmallLettersAndBlanksAreAccepted", {{"hspd 1200"}, {"Hspd", "1200"}, {"v 3 = 9"}, {"V3", "9"}}},
     {"EmptyCommandGetsAnEmptyReply", {{"", ""}, {"   ", ""}}},
+    {"TheClockDoesNotGoBack", {{"X10000"}, {"@5000"}, {"@1000"}, {"PX", "4865"}}},
     {"ControlBytesOfAnEchoedCommandAreShownEscaped", {{"\x04V\x1f", "?Unknown command \"\\x04V\\x1F\""}}},
     {"VariablesKeepTheirValues", {
         {"V248=-2147483648"}, {"V248", "-2147483648"}, {"I22=16777215"}, {"I22", "16777215"}, {"I35=-5000"},
@@ -63,21 +64,6 @@ TEST(Commands, AnalogInputsMoveWithTheClockWithinTwelveBits)
         seen.insert(Ask(c, "AI2"));
     }
     EXPECT_GT(seen.size(), 5u);
-}
-
-TEST(Commands, FailureModesSilenceOrGarbleTheReplyAndTheClockDoesNotGoBack)
-{
-    Controller c;
-    c.failureModes().noReply = true;
-    EXPECT_EQ(c.execute("???"), std::nullopt);
-    c.failureModes().noReply = false;
-    c.failureModes().garbageReply = true;
-    const std::string reply = Ask(c, "???");
-    EXPECT_NE(reply.front(), '@');
-    EXPECT_EQ(reply.find('\x04'), std::string::npos);
-    c.advanceTo(Seconds(5));
-    c.advanceTo(Seconds(1));
-    EXPECT_EQ(c.now(), Seconds(5));
 }
 
 // The 28 fields: position, encoder, speed and status word of X, Y, Z, U; the digital points;
