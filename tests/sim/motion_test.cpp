@@ -12,14 +12,15 @@ using namespace axis_status;
 // sqrt(100² + 3000·length) and falls again at once.
 double TriangleSeconds(double length) { return 2.0 * (std::sqrt(100.0 * 100.0 + 3000.0 * length) - 100.0) / 3000.0; }
 
-// The state of X at a moment of a move from 0: its phase bit, its speed and its position
-// (-1: not checked).
+// The state of X at a moment of a move from 0, ramp-stopped at `rampStopAt` where given: its
+// phase bit, its speed and its position (-1: not checked).
 struct ProfilePoint {
     std::int64_t length;
     double at;
     std::uint32_t bit;
     std::int64_t speed = -1;
     std::int64_t position = -1;
+    double rampStopAt = 0;
 };
 
 class MoveProfile : public ::testing::TestWithParam<ProfilePoint> {};
@@ -29,6 +30,10 @@ TEST_P(MoveProfile, FollowsTheTrapezoidAndArrivesWhenItSays)
     Controller c;
     const ProfilePoint& p = GetParam();
     ASSERT_EQ(Ask(c, "X" + std::to_string(p.length)), "OK");
+    if (p.rampStopAt > 0) {
+        c.advanceTo(Seconds(p.rampStopAt));
+        ASSERT_EQ(Ask(c, "RSTOPX"), "OK");
+    }
     c.advanceTo(std::llround(p.at * 1e6));
     EXPECT_EQ(c.axisStatus(AxisId::X) & (kAccelerating | kConstant | kDecelerating | kInPosition), p.bit);
     EXPECT_EQ(c.axisMoving(AxisId::X), p.bit != kInPosition);
@@ -41,7 +46,8 @@ TEST_P(MoveProfile, FollowsTheTrapezoidAndArrivesWhenItSays)
     }
 }
 
-// 9670 pulses between the ramps take 9.67 s; 250 pulses lie between one and two ramps.
+// 9670 pulses between the ramps take 9.67 s; 250 pulses lie between one and two ramps. A ramp
+// stop at 4865 decelerates to the low speed over the ramp time, covering 165 pulses.
 INSTANTIATE_TEST_SUITE_P(
         Trapezoid, MoveProfile,
         ::testing::Values(ProfilePoint{10000, 0.1, kAccelerating, 400}, ProfilePoint{10000, 5.0, kConstant, 1000},
@@ -50,7 +56,9 @@ INSTANTIATE_TEST_SUITE_P(
                           ProfilePoint{100, TriangleSeconds(100) - 1e-6, kDecelerating},
                           ProfilePoint{100, TriangleSeconds(100), kInPosition, 0, 100},
                           ProfilePoint{250, TriangleSeconds(250) - 1e-6, kDecelerating},
-                          ProfilePoint{250, TriangleSeconds(250), kInPosition, 0, 250}));
+                          ProfilePoint{250, TriangleSeconds(250), kInPosition, 0, 250},
+                          ProfilePoint{10000, 5.1, kDecelerating, -1, -1, 5.0},
+                          ProfilePoint{10000, 5.3, kInPosition, 0, 4865 + 165, 5.0}));
 
 // clang-format off
 const Conversation kMotion[] = {
@@ -95,21 +103,6 @@ TEST(Motion, ALimitOrTheAlarmInputStopsTheAxisWithAnErrorUntilCleared)
     c.setAlarmInput(AxisId::X, false);
     Ask(c, "MECLEARX");
     EXPECT_EQ(c.axisStatus(AxisId::X) & kAlarmError, 0u);
-}
-
-TEST(Motion, RampStopDeceleratesToTheLowSpeedOverTheRampTime)
-{
-    Controller c;
-    Ask(c, "X10000");
-    c.advanceTo(Seconds(5));
-    const auto where = c.position(AxisId::X);
-    EXPECT_EQ(Ask(c, "RSTOPX"), "OK");
-    c.advanceTo(Seconds(5.1));
-    EXPECT_NE(c.axisStatus(AxisId::X) & kDecelerating, 0u);
-    c.advanceTo(Seconds(5.3));
-    EXPECT_FALSE(c.axisMoving(AxisId::X));
-    // From 1000 down to 100 pulses/s in 0.3 s covers 165 pulses.
-    EXPECT_EQ(c.position(AxisId::X), where + 165);
 }
 
 struct HomingCase {
