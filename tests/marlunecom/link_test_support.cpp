@@ -68,7 +68,6 @@ bool ScriptedPeer::serve(int fd, const PeerScript& script)
             const auto reply = script(command);
             if (!reply)
                 continue;
-            std::this_thread::sleep_for(reply->delay);
             for (const auto& part : reply->parts) {
                 WriteAll(fd, part);
                 std::this_thread::sleep_for(std::chrono::milliseconds(2)); // apart, so that the link reads them apart
@@ -94,16 +93,14 @@ std::unique_ptr<ScriptedPeer> ScriptedPeer::onTcp(PeerScript script, std::uint16
         || ::getsockname(peer->listener_, reinterpret_cast<sockaddr*>(&address), &length) != 0)
         return peer;
     peer->address_ = "127.0.0.1:" + std::to_string(ntohs(address.sin_port));
-    if (script) {
-        peer->thread_ = std::thread([peer = peer.get(), script = std::move(script)] {
-            while (peer->waitReadable(peer->listener_)) {
-                if (const int connection = ::accept(peer->listener_, nullptr, nullptr); connection >= 0) {
-                    peer->serve(connection, script);
-                    ::close(connection);
-                }
+    peer->thread_ = std::thread([peer = peer.get(), script = std::move(script)] {
+        while (peer->waitReadable(peer->listener_)) {
+            if (const int connection = ::accept(peer->listener_, nullptr, nullptr); connection >= 0) {
+                peer->serve(connection, script);
+                ::close(connection);
             }
-        });
-    }
+        }
+    });
     return peer;
 }
 

@@ -51,9 +51,8 @@ inline std::int32_t OpenLink(link::MarluneCom& com, std::int32_t kind, std::int3
 
 // What a scripted peer does with one request.
 struct PeerReply {
-    std::vector<std::string> parts;    // written one after the other, 0x04 included where wanted
-    std::chrono::milliseconds delay{}; // before the first part
-    bool hangUp = false;               // close the connection or line afterwards
+    std::vector<std::string> parts; // written one after the other, 0x04 included where wanted
+    bool hangUp = false;            // close the connection or line afterwards
 };
 // The answer to a command (its bytes before the CR); nullopt stays silent.
 using PeerScript = std::function<std::optional<PeerReply>(const std::string& command)>;
@@ -61,8 +60,7 @@ using PeerScript = std::function<std::optional<PeerReply>(const std::string& com
 // A peer that serves by its script on a thread of its own and keeps the commands it received.
 class ScriptedPeer final {
 public:
-    // On 127.0.0.1, at `port` or one of the system's choice, one connection at a time. Without
-    // script it listens and never accepts: the system makes the connection, nobody answers.
+    // On 127.0.0.1, at `port` or one of the system's choice, one connection at a time.
     static std::unique_ptr<ScriptedPeer> onTcp(PeerScript script, std::uint16_t port = 0);
     // On the far side of a pseudo-terminal whose near side, a serial device for SerialCom, the
     // peer keeps open as well, so that the line stays up between the link's opens.

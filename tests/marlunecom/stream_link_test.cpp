@@ -42,7 +42,7 @@ const std::map<std::string, std::optional<PeerReply>> kReplies = {
         {"FULL", PeerReply{{kFull}}},
         {"SILENT", std::nullopt},
         {"HALF", PeerReply{{"no terminator"}}},
-        {"BYE", PeerReply{{"PART"}, {}, true}}};
+        {"BYE", PeerReply{{"PART"}, true}}};
 
 std::optional<PeerReply> Script(const std::string& command)
 {
@@ -55,7 +55,8 @@ struct TcpTransport {
     using Com = TcpCom;
     static std::vector<std::string> badAddresses()
     {
-        const std::string closedPort = testing::ScriptedPeer::onTcp({})->address(); // nobody listens once it is gone
+        // Nobody listens there once the peer is gone.
+        const std::string closedPort = testing::ScriptedPeer::onTcp(Script)->address();
         return {"", "   ", "127.0.0.1:0", "127.0.0.1:http", "127.0.0.1:70000", "[127.0.0.1", closedPort};
     }
     static inline const std::vector kHangUpNotes{link::ExchangeFailure::None, link::ExchangeFailure::Refused};
