@@ -51,15 +51,10 @@ const std::string kTimesOne = "MultX1 MultY1 MultZ1 MultU1 ";
 const std::string kEncoderX = "JoyInputEncX JoyInputEncSelX=X JoyInputEncY JoyInputEncSelY=X JoyInputEncZ "
                               "JoyInputEncSelZ=X JoyInputEncU JoyInputEncSelU=X ";
 
+// Setup's and the encoder dialog's words with every bit set go round whole in their scenarios.
 const WordRead kReads[] = {
-        {"Setup", "I1", "16777215",
-         "AutoRun1 AutoRun2 AutoRun3 AutoRun4 JoyStick PulsePolX DirPolX PulsePolY DirPolY PulsePolZ DirPolZ "
-         "PulsePolU DirPolU TwoClockX TwoClockY TwoClockZ TwoClockU RampHome "},
         {"Setup", "I1", "5592405",
          "AutoRun1 AutoRun3 JoyStick PulsePolX PulsePolY PulsePolZ PulsePolU TwoClockX TwoClockZ RampHome "},
-        {"Setup", "I2", "16777215",
-         "HomePolX HomePolY HomePolZ HomePolU LimitSwPol Filter InPosX InPosY InPosZ InPosU AlarmX AlarmY AlarmZ "
-         "AlarmU EnableDecel "},
         {"Setup", "I2", "5592405", "HomePolX HomePolZ LimitSwPol InPosX InPosZ AlarmX AlarmZ EnableDecel "},
         {"Setup", "I12", "5592405", Numbered("DIOC", 1, 2)},
         {"Setup", "I13", "11184810", Numbered("DO", 2, 2)},
@@ -75,8 +70,6 @@ const WordRead kReads[] = {
          "JoyInputEncSelX=X JoyInputAI1X JoyInputEncSelY=Y JoyInputVarY JoyInputEncZ JoyInputEncSelZ=Y "
          "JoyInputEncU JoyInputEncSelU=U "},
         {"SetupJoystick", "I14", "7", "PosOuterSlimX=7 " + kEncoderX},
-        {"SetupEncoderControl", "I2", "16777215",
-         "AttempNumber=15 EncEnableX EncEnableY EncEnableZ EncEnableU " + kTimesOne},
         {"SetupEncoderControl", "I2", "5592405", "AttempNumber=5 EncEnableX EncEnableZ " + kTimesOne},
         {"SetupEncoderControl", "I7", "5592405", "TolRangeX=1365 TolRangeY=1365 " + kTimesOne},
         // A field of 3 shows the factor 1.
