@@ -10,14 +10,12 @@
 
 #include <arpa/inet.h>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <termios.h>
 #include <thread>
 #include <unistd.h>
 
@@ -84,20 +82,6 @@ TEST(ServerOptions, DefaultsServeTcpOnLoopbackAtTheDefaultPortEveryOptionIsReadA
         EXPECT_EQ(Described(bad), "refused") << bad.front();
 }
 
-// A reply read from a file descriptor up to its 0x04, without it; nullopt on time-out or a closed link.
-std::optional<std::string> ReadReply(int fd, std::chrono::milliseconds limit = 5s)
-{
-    std::string text;
-    for (char byte = 0;;) {
-        pollfd request{fd, POLLIN, 0};
-        if (fd < 0 || ::poll(&request, 1, static_cast<int>(limit.count())) <= 0 || ::read(fd, &byte, 1) != 1)
-            return std::nullopt;
-        if (byte == '\x04')
-            return text;
-        text.push_back(byte);
-    }
-}
-
 // A TCP client of 127.0.0.1.
 class Client final {
 public:
@@ -122,7 +106,19 @@ public:
         return ::poll(&request, 1, static_cast<int>(limit.count())) > 0
                && ::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT) > 0;
     }
-    std::optional<std::string> reply(std::chrono::milliseconds limit = 5s) { return ReadReply(fd_, limit); }
+    // The reply up to its 0x04, without it; nullopt on time-out or a closed connection.
+    std::optional<std::string> reply()
+    {
+        std::string text;
+        for (char byte = 0;;) {
+            pollfd request{fd_, POLLIN, 0};
+            if (fd_ < 0 || ::poll(&request, 1, 5000) <= 0 || ::read(fd_, &byte, 1) != 1)
+                return std::nullopt;
+            if (byte == '\x04')
+                return text;
+            text.push_back(byte);
+        }
+    }
     std::optional<std::string> exchange(const std::string& command)
     {
         send(command + "\r");
@@ -260,31 +256,18 @@ TEST_F(ServerEndToEnd, KeepsItsEepromInTheFileItIsGivenAndRefusesOneItCannotRead
     std::filesystem::remove(file);
 }
 
-TEST_F(ServerEndToEnd, AnswersOnItsPseudoTerminalThroughTheLink)
+// Its answers on the pseudo-terminal are tested through the serial link, in marlunecom_tests.
+TEST_F(ServerEndToEnd, LinksItsPseudoTerminalWhereToldAndRemovesTheLinkAtTheEnd)
 {
     char pattern[] = "/tmp/marlune-sim-test-XXXXXX";
     ASSERT_NE(::mkdtemp(pattern), nullptr);
     const std::filesystem::path dir(pattern);
     const std::string link = (dir / "dev" / "COM3").string();
-    {
-        ASSERT_NE(start({"--pty", "--pty-link", link}), 0);
-        const auto device = server->lineAfter("pty ");
-        ASSERT_TRUE(device && device->starts_with("/dev/")) << device.value_or("<nothing>");
-        EXPECT_EQ(std::filesystem::read_symlink(link).string(), *device);
-
-        const int fd = ::open(link.c_str(), O_RDWR | O_NOCTTY);
-        ASSERT_GE(fd, 0);
-        termios mode{};
-        ::tcgetattr(fd, &mode);
-        ::cfmakeraw(&mode);
-        ::tcsetattr(fd, TCSANOW, &mode);
-        ASSERT_EQ(::write(fd, "V2=7\r", 5), 5);
-        EXPECT_EQ(ReadReply(fd), "OK");
-        ASSERT_EQ(::write(fd, "V2\r", 3), 3);
-        EXPECT_EQ(ReadReply(fd), "7");
-        ::close(fd);
-        EXPECT_EQ(server->terminate(), 0);
-    }
+    ASSERT_NE(start({"--pty", "--pty-link", link}), 0);
+    const auto device = server->lineAfter("pty ");
+    ASSERT_TRUE(device && device->starts_with("/dev/")) << device.value_or("<nothing>");
+    EXPECT_EQ(std::filesystem::read_symlink(link).string(), *device);
+    EXPECT_EQ(server->terminate(), 0);
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
     std::filesystem::remove_all(dir);
 }
