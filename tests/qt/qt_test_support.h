@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "forms/platform.h"
 #include "headless/scripted_controller.h"
@@ -22,17 +20,6 @@
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
 namespace marlune::qt::test {
-
-// What went over the wire: the command of each exchange, without its CR.
-inline std::vector<std::string> Requests(const headless::ScriptedController& com)
-{
-    std::vector<std::string> requests;
-    for (const headless::ComCall& call : com.calls()) {
-        if (call.operation == headless::ComCall::Operation::Exchange)
-            requests.push_back(headless::RequestKey(call.bytes));
-    }
-    return requests;
-}
 
 // A Qt platform and a scripted controller set up as the program's, for one test.
 class QtDesk {
