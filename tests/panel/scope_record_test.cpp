@@ -72,7 +72,6 @@ TEST(ReadScopeSample, ReadsEachTraceAndKeepsThePreviousValueOfAFieldThatCannotBe
             {"@x,y,0,0,11,-21,0,0,4,5,0,0,0,0,0,0,4.bad,0,0,0,0,1,1,1,1.0,0.", "1/11/4 2/-21/5 F0000004"},
             {"@a,b,c,d,e,f,g,h,i,j,k,l,0,0,0,0,x.y,0,0,0,0,1,1,1,1.0,0.", "none"},
             {"@", "none"},
-            {"?ERR 3", "none"},
     };
     for (const auto& [reply, expected] : cases)
         EXPECT_EQ(Read(reply, &previous), expected) << reply;
