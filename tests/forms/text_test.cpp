@@ -18,7 +18,7 @@ TEST(AnsiText, EveryByteSurvivesTheRoundTripThroughUnicodeAndHighBytesAreWindows
     EXPECT_EQ(Utf8ToAnsi("ok\xC3"), "ok?");                                // a cut sequence
 }
 
-TEST(AnsiText, UpperCaseTestsFindWordsInsideLongerOnes)
+TEST(AnsiText, UpperCaseChangesOnlyAsciiLettersAndABlankBreaksAWord)
 {
     EXPECT_EQ(UpperAscii("list prog 1\xE9"), "LIST PROG 1\xE9");
     EXPECT_FALSE(ContainsUpper("exi t", "EXIT"));
