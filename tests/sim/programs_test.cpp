@@ -14,9 +14,6 @@ const Conversation kPrograms[] = {
         {"UPLOAD2", "X1000"}, {"UPLOAD2", "WAITX"}, {"UPLOAD2", "V11=1"}, {"UPLOAD2", "END"},
         {"LISTPROG2", "V10=5000\r\nX1000\r\nWAITX\r\nV11=1"}, {"listprog2", "V10=5000\r\nX1000\r\nWAITX\r\nV11=1"},
         {"PX", "0"}, {"V10", "0"}, {"PSTAT3", "0,0,0,0"}, {"UPLOAD3", "END"}}},
-    {"ClearEmptiesOnlyTheOpenProgram", {
-        {"OPENPROG1"}, {"V1=1"}, {"OPENPROG2"}, {"V2=2"}, {"CLEAR"}, {"CLOSE"}, {"PSTAT2", "0,0,0,0"},
-        {"PSTAT1", "0,0,0,1"}}},
     {"StatusAndListingStillAnswerWhileAProgramIsOpen", {
         {"OPENPROG4"}, {"???", "@*"}, {"PSTAT4", "0,0,1,0"}, {"LISTPROG4", ""}, {"open prog 4"}, {"X 100 "},
         {"LISTPROG4", "X 100 "}, {"PX", "OK"}, {"CLOSE"}, {"LISTPROG4", "X 100 \r\nPX"}, {"PX", "0"}}},
