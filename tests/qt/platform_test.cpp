@@ -54,8 +54,6 @@ TEST(Platform, MessageBoxesShowTitleTextIconAndButtonsAndReturnTheAnswer)
               forms::MessageAnswer::No);
     EXPECT_EQ(seen, SeenBox("STORE MARLUNE DATA", QString::fromUtf8("Store “all”?"), QMessageBox::Question,
                             QMessageBox::Yes | QMessageBox::No));
-    Answer(QMessageBox::Yes, seen);
-    EXPECT_EQ(forms::MsgBox("?", forms::MessageButtons::YesNo), forms::MessageAnswer::Yes);
     // An error box has only OK and the application's title.
     Answer(QMessageBox::Ok, seen);
     EXPECT_EQ(forms::MsgBox("Error Communication!"), forms::MessageAnswer::OK);
@@ -115,48 +113,37 @@ public:
     forms::Timer& Timer1 = add<forms::Timer>("Timer1", 1);
 };
 
-// A window unloaded by its own timer while a box or a file dialog stands on it takes the dialog
-// along: the question reads as No and the file dialog as cancelled.
-TEST(Platform, ADialogWhoseWindowUnloadsUnderItEndsAsDeclined)
+// A window unloaded by its own timer while a box, a file dialog or a modal form stands on it takes
+// that along: the question reads as No, the file dialog as cancelled, and the form unloads instead
+// of waiting, windowless, for an unload that nobody can give.
+TEST(Platform, WhatStandsOnAWindowThatUnloadsUnderItEndsAsDeclined)
 {
     QtDesk desk;
-    for (const bool fileDialog : {false, true}) {
-        Clocked form;
-        form.Timer1.onTick = [&] {
-            if (qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-                form.unload();
+    for (const std::string standing : {"message box", "file dialog", "modal form"}) {
+        SCOPED_TRACE(standing);
+        Clocked owner;
+        Clocked inner;
+        owner.Timer1.onTick = [&] {
+            if (QApplication::activeModalWidget() != desk.platform.window(owner))
+                owner.unload();
         };
         bool declined = false;
         QTimer::singleShot(0, [&] {
-            declined = fileDialog ? desk.platform.fileDialog({"Open", "*.dat|*.dat", "", false, false, "dat"}).outcome
-                                            == forms::FileDialogResult::Outcome::Cancelled
-                                  : forms::MsgBox("Store?", forms::MessageButtons::YesNo) == forms::MessageAnswer::No;
+            if (standing == "message box")
+                declined = forms::MsgBox("Store?", forms::MessageButtons::YesNo) == forms::MessageAnswer::No;
+            else if (standing == "file dialog")
+                declined = desk.platform.fileDialog({"Open", "*.dat|*.dat", "", false, false, "dat"}).outcome
+                           == forms::FileDialogResult::Outcome::Cancelled;
+            else {
+                forms::ShowModal(inner, &owner);
+                declined = !inner.loaded();
+            }
         });
-        forms::ShowModal(form, nullptr);
+        forms::ShowModal(owner, nullptr);
         QApplication::processEvents();
-        EXPECT_TRUE(declined) << (fileDialog ? "file dialog" : "message box");
+        EXPECT_TRUE(declined);
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     }
-}
-
-// A modal form whose owner unloads under it goes with the owner's window instead of waiting,
-// windowless, for an unload that nobody can give.
-TEST(Platform, AModalFormWhoseOwnerUnloadsUnderItUnloadsToo)
-{
-    QtDesk desk;
-    Clocked owner;
-    Clocked inner;
-    inner.Timer1.onTick = [&] { owner.unload(); };
-    bool innerReturned = false;
-    QTimer::singleShot(0, [&] {
-        forms::ShowModal(inner, &owner);
-        innerReturned = true;
-    });
-    forms::ShowModal(owner, nullptr);
-    QApplication::processEvents();
-    EXPECT_TRUE(innerReturned);
-    EXPECT_FALSE(inner.loaded());
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 TEST(Platform, AOneMillisecondTimerTicksThroughTheModelAndStopsWithItsForm)
