@@ -72,23 +72,15 @@ TEST(Commands, AnalogInputsMoveWithTheClockWithinTwelveBits)
 TEST(StatusRecord, FieldsSitInTheirPlaces)
 {
     Controller c;
-    Ask(c, "PX=11");
-    Ask(c, "PU=-44");
-    Ask(c, "EZ=33");
-    Ask(c, "I12=24"); // points 4 and 5 are outputs
-    Ask(c, "DIO5=1");
+    // Points 4 and 5 are outputs: the input level of 4 does not show.
+    Play(c, {{"PX=11"}, {"PU=-44"}, {"EZ=33"}, {"I12=24"}, {"DIO5=1"}, {"EOX=1"}, {"COY=1"}, {"JOYON"}});
     c.setDigitalInput(1, true);
-    c.setDigitalInput(4, true); // an output: its input level does not show
-    Ask(c, "EOX=1");
-    Ask(c, "COY=1");
-    Ask(c, "JOYON");
+    c.setDigitalInput(4, true);
     Play(c, {{"OPENPROG3"}, {"V1=1"}, {"DELAY 5000"}, {"CLOSE"}, {"RUN3"}});
     c.advanceTo(Ms(10));
     // All axes rest in position (128) on an index pulse (0xF00), X enabled (1), Y cleared (0x20).
     EXPECT_EQ(Ask(c, "???"), "@11,0,0,-44,0,0,33,0,0,0,0,0,128,128,128,128,17.3873,0,0,1,0,0,0,2,0,1,0.");
-    Ask(c, "COY=0");
-    Ask(c, "EOU=1");
-    Ask(c, "JOYOFF");
+    Play(c, {{"COY=0"}, {"EOU=1"}, {"JOYOFF"}});
     EXPECT_EQ(StatusField(c, 18), 0xF09);
     EXPECT_EQ(StatusField(c, 27), 0);
 }

@@ -82,17 +82,12 @@ INSTANTIATE_TEST_SUITE_P(Motion, Converses, ::testing::ValuesIn(kMotion), NameOf
 TEST(Motion, ALimitOrTheAlarmInputStopsTheAxisWithAnErrorUntilCleared)
 {
     Controller c;
-    Ask(c, "HSPD100000");
-    Ask(c, "X2000000");
-    c.advanceTo(Seconds(60));
-    EXPECT_EQ(c.position(AxisId::X), 1'000'000);
+    Play(c, {{"HSPD100000"}, {"X2000000"}, {"@60000"}, {"PX", "1000000"}, {"X0", "?*"}});
     EXPECT_EQ(c.axisStatus(AxisId::X) & (kPlusLimit | kPlusLimitError), kPlusLimit | kPlusLimitError);
-    EXPECT_EQ(Ask(c, "X0").front(), '?');
-    EXPECT_EQ(Ask(c, "MECLEARX"), "OK");
+    Play(c, {{"MECLEARX"}});
     EXPECT_EQ(c.axisStatus(AxisId::X) & kPlusLimitError, 0u);
-    EXPECT_EQ(Ask(c, "X1000001").front(), '?') << "further into the active limit";
-    Ask(c, "MECLEARX");
-    EXPECT_EQ(Ask(c, "X0"), "OK");
+    // Further into the active limit is refused, away from it is not.
+    Play(c, {{"X1000001", "?*"}, {"MECLEARX"}, {"X0"}});
 
     // The alarm input stops the axis, and its error holds while the input is active.
     c.setAlarmInput(AxisId::X, true);
@@ -118,8 +113,7 @@ class Homing : public ::testing::TestWithParam<HomingCase> {};
 TEST_P(Homing, FindsItsSwitchAndSetsTheCounterToZero)
 {
     Controller c;
-    Ask(c, "HSPD200000");
-    Ask(c, "PX=777");
+    Play(c, {{"HSPD200000"}, {"PX=777"}});
     ASSERT_EQ(Ask(c, GetParam().command), "OK");
     c.advanceTo(Ms(1));
     EXPECT_TRUE(c.axisMoving(AxisId::X));
@@ -143,19 +137,12 @@ INSTANTIATE_TEST_SUITE_P(ThreeModes, Homing,
 TEST(Homing, IndexHomingFromAPulseGoesOnToTheNextOne)
 {
     Controller c;
-    Ask(c, "PZ=55");
-    Ask(c, "ZHOMEY+");
-    c.advanceTo(Seconds(20));
-    Ask(c, "ZHOMEY+");
-    c.advanceTo(Seconds(40));
-    EXPECT_EQ(Ask(c, "PY"), "0");
+    Play(c, {{"PZ=55"}, {"ZHOMEY+"}, {"@20000"}, {"ZHOMEY+"}, {"@40000"}, {"PY", "0"}});
     // The index signal shows in the output and index word: bit 8 plus the axis.
     EXPECT_NE(StatusField(c, 18) & 0x200, 0);
-    // Two turns of travel: 2000 pulses more reach the home switch at 10000.
-    Ask(c, "Y2000");
-    c.advanceTo(Seconds(60));
+    // Two turns of travel: 2000 pulses more reach the home switch at 10000. Z is left alone.
+    Play(c, {{"Y2000"}, {"@60000"}, {"PZ", "55"}});
     EXPECT_NE(c.axisStatus(AxisId::Y) & kHomeSwitch, 0u);
-    EXPECT_EQ(c.position(AxisId::Z), 55) << "homing leaves the other axes alone";
 }
 
 } // namespace

@@ -93,14 +93,9 @@ TEST(ProgramStorage, AProgramIsFullAfterAThousandLines)
 TEST(Eeprom, PowerCycleRestoresTheStoredStateAndStartsWhatI1Names)
 {
     Controller c;
-    Play(c, {{"OPENPROG2"}, {"V7=V7+1"}, {"DIO3=1"}, {"CLOSE"}});
-    Ask(c, "I1=18"); // run program 2 at power-up, joystick on
-    Ask(c, "I12=4"); // point 3 is an output
-    Ask(c, "I13=4"); // and is on at power-up
-    Ask(c, "V7=10");
-    Ask(c, "STORE");
-    c.advanceTo(Seconds(1));
-    Ask(c, "V7=0");
+    // I1 runs program 2 at power-up with the joystick on; I12 and I13 make point 3 an output, on at power-up.
+    Play(c, {{"OPENPROG2"}, {"V7=V7+1"}, {"DIO3=1"}, {"CLOSE"}, {"I1=18"}, {"I12=4"}, {"I13=4"}, {"V7=10"}});
+    Play(c, {{"STORE"}, {"@1000"}, {"V7=0"}});
     c.powerCycle();
     EXPECT_EQ(c.programState(2), ProgramState::Running);
     EXPECT_EQ(c.digitalWord(), 4u);
