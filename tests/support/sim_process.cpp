@@ -38,8 +38,7 @@ SimProcess::SimProcess(const std::string& program, const std::vector<std::string
 
 SimProcess::~SimProcess()
 {
-    if (pid_ > 0 && !waitForExit(std::chrono::milliseconds(0)))
-        terminate();
+    terminate(); // one that has ended is only reaped
     if (output_ >= 0)
         ::close(output_);
 }
