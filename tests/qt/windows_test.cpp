@@ -394,30 +394,35 @@ protected:
 
 const char* const kStatus = "@1200,-35,0,0,1199,-35,0,0,4000,0,0,0,4,24,0,0,16.1,1,0,0,0,12,1,1,1.0,1.";
 
-TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
+// The status area is marked until a status reply is read and once polling stopped, and a poll
+// with no changed values repaints nothing. The scope opens in a window of its own that the modal
+// panel's window owns; the chart module draws a move's speed and position and an output's step,
+// the operator's wheel reaches the model, the picture is saved as PNG, and the panel's unload
+// takes the scope along.
+TEST_F(PanelWindow, MarksItsStatusRepaintsOnlyWhatChangedAndItsScopeDrawsBesideItAndGoesWithIt)
 {
     for (const auto& [request, reply] :
          {std::pair{"I12", "48"}, {"HSPD", "4000"}, {"LSPD", "500"}, {"ACCEL", "100"}, {"???", kStatus}})
         desk.com.setReply(request, reply);
     link::Link().linkKind = 1;
     panel::MainControl& panel = program.mainControl();
+    panel::Scope& scope = panel.scope();
     bool ran = false;
     QTimer::singleShot(0, [&] {
-        QWidget* window = desk.platform.window(panel);
-        window->resize(window->sizeHint().expandedTo(QSize(980, 600)));
-        // Until a status reply is read, and once polling stopped, the status area is marked.
-        const auto mark = [window] {
-            return QStringList{window->findChild<QLabel*>("statusMark")->text(),
-                               window->findChild<QWidget*>("MotorStatusFrame")->isEnabled() ? "live" : "grey"};
+        QWidget* panelWindow = desk.platform.window(panel);
+        panelWindow->resize(panelWindow->sizeHint().expandedTo(QSize(980, 600)));
+        const auto mark = [panelWindow] {
+            return QStringList{panelWindow->findChild<QLabel*>("statusMark")->text(),
+                               panelWindow->findChild<QWidget*>("MotorStatusFrame")->isEnabled() ? "live" : "grey"};
         };
         EXPECT_EQ(mark(), (QStringList{"Not updated yet: no status reply has been read", "grey"}));
         panel.pollTick();
         Settle();
         EXPECT_EQ(mark(), (QStringList{"", "live"}));
-        EXPECT_TRUE(SaveScreenshot(*window, "MainControl.png"));
+        EXPECT_TRUE(SaveScreenshot(*panelWindow, "MainControl.png"));
 
         PaintCounter counter;
-        for (QWidget* widget : window->findChildren<QWidget*>())
+        for (QWidget* widget : panelWindow->findChildren<QWidget*>())
             widget->installEventFilter(&counter);
         const std::size_t before = desk.com.calls().size();
         panel.pollTick();
@@ -436,30 +441,15 @@ TEST_F(PanelWindow, ShowsTheDecodedStatusAndAnUnchangedPollRepaintsNothing)
         forms::SetPlatform(&desk.platform);
         Settle();
         EXPECT_EQ(mark(), (QStringList{"Not updating: the link was lost", "grey"}));
-        EXPECT_EQ(window->findChild<QLineEdit*>("PosX")->text(), "1201") << "the last readings stay";
-        window->findChild<QPushButton*>("Reconnect")->click();
+        EXPECT_EQ(panelWindow->findChild<QLineEdit*>("PosX")->text(), "1201") << "the last readings stay";
+        panelWindow->findChild<QPushButton*>("Reconnect")->click();
         EXPECT_EQ(mark(), (QStringList{"Not updating: the link was lost", "grey"})) << "until a reply is read";
         panel.pollTick();
         Settle();
         EXPECT_EQ(mark(), (QStringList{"", "live"}));
-        ran = true;
-        panel.unload();
-    });
-    forms::ShowModal(panel, nullptr);
-    EXPECT_TRUE(ran);
-}
 
-// The scope opens in a window of its own that the modal panel's window owns; the chart module
-// draws a move's speed and position and an output's step, the operator's wheel reaches the
-// model, the picture is saved as PNG, and the panel's unload takes the scope along.
-TEST_F(PanelWindow, TheScopeDrawsBesideThePanelAndGoesWithIt)
-{
-    link::Link().linkKind = 1;
-    panel::MainControl& panel = program.mainControl();
-    panel::Scope& scope = panel.scope();
-    bool ran = false;
-    QTimer::singleShot(0, [&] {
-        QWidget* panelWindow = desk.platform.window(panel);
+        // The panel's own polls get no status from here on, so the picture holds the move alone.
+        desk.com.setReply("???", "?");
         panelWindow->findChild<QPushButton*>("Scope")->click();
         QWidget* window = desk.platform.window(scope);
         ASSERT_NE(window, nullptr);
@@ -480,9 +470,9 @@ TEST_F(PanelWindow, TheScopeDrawsBesideThePanelAndGoesWithIt)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
         const auto drawn = [host] { return host->findChild<QGraphicsView*>()->scene()->items().size(); };
-        const qsizetype before = drawn();
+        const qsizetype drawnBefore = drawn();
         scope.DrawTimer.tick();
-        EXPECT_GT(drawn(), before) << "the new trace is drawn";
+        EXPECT_GT(drawn(), drawnBefore) << "the new trace is drawn";
         window->resize(900, 640);
         Settle();
         EXPECT_TRUE(SaveScreenshot(*window, "Scope.png"));
