@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "forms/files.h"
 #include "forms/text.h"
+
+#include <filesystem>
 
 namespace marlune::forms {
 namespace {
@@ -20,8 +23,19 @@ TEST(AnsiText, EveryByteSurvivesTheRoundTripThroughUnicodeAndHighBytesAreWindows
 
 TEST(AnsiText, UpperCaseChangesOnlyAsciiLettersAndABlankBreaksAWord)
 {
-    EXPECT_EQ(UpperAscii("list prog 1\xE9"), "LIST PROG 1\xE9");
+    EXPECT_EQ(UpperAscii("`az{ list prog 1\xE9"), "`AZ{ LIST PROG 1\xE9");
     EXPECT_FALSE(ContainsUpper("exi t", "EXIT"));
+}
+
+// A write whose temporary cannot take the target's place leaves both as they were.
+TEST(Files, AWriteThatCannotReplaceItsTargetLeavesNoTemporaryBehind)
+{
+    const auto target = std::filesystem::temp_directory_path() / "marlune-files-test";
+    std::filesystem::create_directories(target);
+    EXPECT_NE(WriteFileAtomically(target.string(), "x"), "");
+    EXPECT_TRUE(std::filesystem::is_directory(target));
+    EXPECT_FALSE(std::filesystem::exists(target.string() + ".tmp-marlune"));
+    std::filesystem::remove_all(target);
 }
 
 } // namespace
