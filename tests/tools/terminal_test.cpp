@@ -6,24 +6,13 @@
 namespace marlune::tools {
 namespace {
 
-class TerminalLog : public testing::HeadlessFixture {
-protected:
-    void SetUp() override
-    {
-        HeadlessFixture::SetUp();
-        ASSERT_TRUE(terminal.load());
-    }
-    void TearDown() override
-    {
-        terminal.unload();
-        HeadlessFixture::TearDown();
-    }
-    Terminal terminal;
-};
+using TerminalLog = testing::HeadlessFixture;
 
 // A multi-line entry counts once but loses one line a trim.
 TEST_F(TerminalLog, TheThousandAndFirstEntryPushesTheOldestLineOut)
 {
+    Terminal terminal;
+    ASSERT_TRUE(terminal.load());
     EXPECT_EQ(terminal.lineCount, 2);
     for (int i = 3; i <= 1000; ++i)
         terminal.AppendLog("entry " + std::to_string(i));
