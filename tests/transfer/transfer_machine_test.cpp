@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sstream>
 
+#include "forms/files.h"
 #include "transfer/transfer_machine.h"
 
 namespace marlune::transfer {
@@ -43,13 +43,6 @@ protected:
     void TearDown() override { std::filesystem::remove_all(dir_); }
 
     std::string path(const std::string& name) const { return (dir_ / name).string(); }
-    static std::string read(const std::string& file)
-    {
-        std::ifstream in(file, std::ios::binary);
-        std::stringstream bytes;
-        bytes << in.rdbuf();
-        return bytes.str();
-    }
     // Ticks until the transfer is done or the dialog must close; the number of ticks.
     int runToEnd(int limit = 100000)
     {
@@ -125,13 +118,13 @@ TEST_F(TransferMachineTest, StoreReplacesTheEarlierFileOnlyWhenEveryReplyIsANumb
         runToEnd();
         EXPECT_FALSE(machine.transferDone());
         EXPECT_EQ(host.messages, std::vector<std::string>{"Reading V3 failed: " + bad});
-        EXPECT_EQ(read(members.fileName), "earlier");
+        EXPECT_EQ(forms::ReadFileBytes(members.fileName), "earlier");
         EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
     }
     host.answer = [](const std::string&) { return "1"; };
     machine.reset();
     runToEnd();
-    EXPECT_TRUE(read(members.fileName).ends_with("\r\nV248=1\r\n"));
+    EXPECT_TRUE(forms::ReadFileBytes(members.fileName).value_or("").ends_with("\r\nV248=1\r\n"));
     EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
 }
 
