@@ -85,7 +85,6 @@ TEST_F(TransferMachineTest, DownloadSendsEachCleanedLineOnceAndTheLastLineAsItSt
     EXPECT_EQ(host.sent, (std::vector<std::string>{"CLOSE", "OPEN PROG 2", "CLEAR", "X100", "AB\x15\xE9", "Y2",
                                                    "Z 3 ;raw", "CLOSE"}));
     EXPECT_EQ(host.statText, "Y2");
-    EXPECT_EQ(members.operationResult, 1);
     EXPECT_EQ(host.bar, 10000);
 }
 
