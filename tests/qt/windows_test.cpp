@@ -531,13 +531,15 @@ TEST_F(TransferWindows, TheBarMovesWhileVariablesAreReadAndDifferencesShowAsRows
         QWidget* window = desk.platform.window(compare);
         ASSERT_NE(window, nullptr);
         auto* rows = window->findChild<QListWidget*>(QStringLiteral("Differences"));
-        ASSERT_EQ(rows->count(), 1);
-        EXPECT_EQ(rows->item(0)->text().simplified(), "V7 5 9");
+        ASSERT_EQ(rows->count(), 2);
+        EXPECT_EQ(rows->item(1)->text().simplified(), "V7 5 9");
+        EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("Summary"))->text(), "2 variables differ from mem.dat.");
         EXPECT_TRUE(SaveScreenshot(*window, "frmCompareMemory.png"));
         shown = true;
         compare.unload();
     });
-    compare.showDifferences("mem.dat", transfer::FindDifferences({{"V7", 5}, {"I1", 5}}, status.memoryValues));
+    compare.showDifferences("mem.dat",
+                            transfer::FindDifferences({{"I2", 4}, {"V7", 5}, {"I1", 5}}, status.memoryValues));
     EXPECT_TRUE(shown);
 }
 
