@@ -55,9 +55,9 @@ std::optional<std::string> SimProcess::lineAfter(const std::string& prefix, std:
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
         pollfd request{output_, POLLIN, 0};
-        char chunk[256];
         if (output_ < 0 || ::poll(&request, 1, static_cast<int>(std::max<std::int64_t>(left, 0))) <= 0)
             return std::nullopt;
+        char chunk[256];
         const ssize_t got = ::read(output_, chunk, sizeof chunk);
         if (got <= 0)
             return std::nullopt;

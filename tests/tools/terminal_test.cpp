@@ -8,7 +8,7 @@ namespace {
 
 using TerminalLog = testing::HeadlessFixture;
 
-// A multi-line entry counts once but loses one line a trim.
+// A multi-line entry counts as one, but each trim takes one line off the top.
 TEST_F(TerminalLog, TheThousandAndFirstEntryPushesTheOldestLineOut)
 {
     Terminal terminal;
