@@ -29,7 +29,7 @@ struct ChartModule {
 QStringList ModuleFolders()
 {
     const QString program = QCoreApplication::applicationDirPath();
-    return {program, program + QStringLiteral("/../lib/marlune-desk"), QStringLiteral("/usr/lib/marlune-desk"),
+    return {program, program + QStringLiteral("/../" MARLUNE_MODULE_DIR), QStringLiteral("/usr/" MARLUNE_MODULE_DIR),
             QStringLiteral(MARLUNE_CHART_MODULE_DIR)};
 }
 
