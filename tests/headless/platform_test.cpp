@@ -130,7 +130,7 @@ std::string Snapshot(const forms::Form& form)
 {
     std::string all;
     for (const forms::Control* c : form.controls()) {
-        for (const char* name : {"text", "value", "picture", "interval", "enabled", "visible", "selstart"})
+        for (const char* name : {"text", "value", "picture", "interval", "enabled", "visible", "selstart", "sellength"})
             all += c->name() + "." + name + "=" + c->property(name).value_or("-") + " ";
     }
     return all;
@@ -150,6 +150,7 @@ TEST_F(PlatformTest, EveryLoadStartsFromTheDesignedValuesWithoutEventsAndTimersC
     const std::string designed = Snapshot(form);
     ASSERT_TRUE(form.load());
     value.operatorType("12");
+    value.setSelLength(1);
     label.setCaption("Done");
     label.setEnabled(false);
     picture.setVisible(false);
