@@ -64,7 +64,8 @@ struct NotingCom final : MarluneCom {
             std::memcpy(buffer, reply->data(), reply->size());
         else if (noted != ExchangeFailure::None)
             NoteExchangeFailure(noted);
-        return reply ? 1 : 0;
+        // A failure still carries bits above the low 16, which alone tell success.
+        return reply ? 1 : 0x10000;
     }
 };
 
@@ -113,6 +114,7 @@ INSTANTIATE_TEST_SUITE_P(Failures, ExchangeRecording, ::testing::Values(
     Recorded{1, "V1", std::nullopt, F::None, {0, "V1\r", "", 1500, F::LibraryError}},
     Recorded{2, "V1", std::nullopt, F::Refused, {0, "V1\r", "", 1500, F::Refused}},
     Recorded{0, "V1", "1\x04", F::None, {0, "V1\r", "", 0, F::Refused}},
+    Recorded{4, "V1", "1\x04", F::None, {0, "V1\r", "", 0, F::Refused}},
     Recorded{1, kTooLong, "1\x04", F::None, {0, kTooLong, "", 0, F::TooLong}}));
 // clang-format on
 

@@ -1,5 +1,6 @@
 #include "headless_fixture.h"
 
+#include <cstring>
 #include <filesystem>
 #include <optional>
 
@@ -81,6 +82,30 @@ TEST_F(HeadlessFixture, AnUnknownKindOpensAndClosesNothing)
         CloseLink();
     }
     EXPECT_TRUE(controller.calls().empty());
+}
+
+// The address buffer is the library's to change: the field goes in cut to the buffer, and what
+// the library left there, cut the same way, becomes the field.
+struct RewritingCom final : MarluneCom {
+    std::string given;
+    std::int32_t open(std::int32_t, std::int32_t, char* address) override
+    {
+        given = address;
+        std::memset(address, 'A', kAddressBufferSize);
+        return 1;
+    }
+    std::int32_t close(std::int32_t, std::int32_t) override { return 1; }
+    std::int32_t sendRecv(std::int32_t, std::int32_t, const char*, char*) override { return 0; }
+};
+
+TEST_F(HeadlessFixture, TheAddressGoesInCutToItsBufferAndComesBackAsTheLibraryLeftIt)
+{
+    RewritingCom com;
+    SetCom(&com);
+    std::string field(kAddressBufferSize + 10, 'f');
+    EXPECT_EQ(OpenWithAddress(3, 0, field), 1);
+    EXPECT_EQ(com.given, std::string(kAddressBufferSize - 1, 'f'));
+    EXPECT_EQ(field, std::string(kAddressBufferSize - 1, 'A'));
 }
 
 } // namespace
