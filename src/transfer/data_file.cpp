@@ -97,7 +97,6 @@ void DataFileReader::close()
 {
     if (stream_.is_open())
         stream_.close();
-    stream_.clear();
 }
 
 } // namespace marlune::transfer

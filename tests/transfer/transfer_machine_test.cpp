@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 
 #include "forms/files.h"
+#include "transfer/compare_memory.h"
 #include "transfer/transfer_machine.h"
 
 namespace marlune::transfer {
@@ -127,6 +130,28 @@ TEST_F(TransferMachineTest, StoreReplacesTheEarlierFileOnlyWhenEveryReplyIsANumb
     EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
 }
 
+// The lines are held until the file closes; a close that cannot write them (here a limit on the
+// size of files, on a machine a full disk) keeps the earlier file and leaves no ".part".
+TEST_F(TransferMachineTest, AStoreThatCannotBeWrittenOutKeepsTheEarlierFile)
+{
+    members.operationType = 1;
+    members.fileName = path("memory.dat");
+    std::ofstream(members.fileName) << "earlier";
+    host.answer = [](const std::string&) { return "1"; };
+    const auto onTooLarge = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small{64, limit.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    runToEnd();
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, onTooLarge);
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_TRUE(host.messages[0].starts_with("The data file " + members.fileName + " could not be written: "));
+    EXPECT_EQ(forms::ReadFileBytes(members.fileName), "earlier");
+    EXPECT_FALSE(std::filesystem::exists(members.fileName + ".part"));
+}
+
 // A line ends at CR LF, LF, CR or the end of the file.
 TEST_F(TransferMachineTest, LoadSendsEveryLineWhateverItsEnd)
 {
@@ -137,14 +162,20 @@ TEST_F(TransferMachineTest, LoadSendsEveryLineWhateverItsEnd)
     EXPECT_EQ(host.sent, (std::vector<std::string>{"V1=1", "V2=2", "V3=3", "V4=4"}));
 }
 
-// A load's file that does not open is memory_files.scn's to check.
-TEST_F(TransferMachineTest, AStoresFileThatDoesNotOpenIsNamedAndClosesTheDialog)
+// A store's file in a missing folder, and a load's that is a folder, which would open and read
+// as empty.
+TEST_F(TransferMachineTest, AFileThatDoesNotOpenIsNamedAndClosesTheDialog)
 {
-    members.operationType = 1;
-    members.fileName = path("no-such-folder/memory.dat");
-    EXPECT_TRUE(machine.tick(host));
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_NE(host.messages[0].find(members.fileName), std::string::npos);
+    for (const auto& [operation, name] : {std::pair(1, "no-such-folder/memory.dat"), std::pair(2, "")}) {
+        members.operationType = static_cast<std::int16_t>(operation);
+        members.fileName = path(name);
+        machine.reset();
+        host.messages.clear();
+        EXPECT_TRUE(machine.tick(host));
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_NE(host.messages[0].find(members.fileName), std::string::npos);
+    }
+    EXPECT_TRUE(host.messages[0].ends_with(": it is a folder"));
     EXPECT_TRUE(host.sent.empty());
 }
 
@@ -165,6 +196,24 @@ TEST_F(TransferMachineTest, CancelAsksOnlyWhileTheTransferRuns)
             machine.tick(host);
         }
     }
+    members.operationType = 1;
+    machine.reset();
+    host.answer = [](const std::string&) { return "1"; };
+    for (int tick = 0; tick <= kLastIVariable + 1; ++tick)
+        machine.tick(host);
+    EXPECT_EQ(host.sent.back(), "V1") << "a store asks while it reads the V variables too";
+    EXPECT_TRUE(machine.cancelQuestion().has_value());
+}
+
+// The file's values are what its playback would leave: the last assignment wins, in any case and
+// with blanks and comments, of I and V variables only; only what differs is listed.
+TEST_F(TransferMachineTest, TheComparisonSetsTheControllerAgainstWhatAPlaybackOfTheFileWouldLeave)
+{
+    std::ofstream(path("memory.dat"), std::ios::binary) << "I5=3\r\nV1=1\r\nv1 = 2 ;again\r\nV2=x\r\nX7=7\r\nV3=9";
+    std::vector<VariableValue> values;
+    EXPECT_EQ(ReadDataFileValues(path("memory.dat"), values), "");
+    EXPECT_EQ(FindDifferences(values, {{"I5", 4}, {"V1", 2}, {"V2", 0}, {"V3", 8}, {"X7", 0}}),
+              (std::vector<Difference>{{"I5", 3, 4}, {"V3", 9, 8}}));
 }
 
 } // namespace
