@@ -7,12 +7,12 @@ namespace marlune::panel {
 namespace {
 
 // A whole reply with every field told apart by its value: field n holds "f<n>". The digital I/O
-// word and the latches end at `terminator`.
+// word and the fields from the program lines on end at `terminator`.
 std::string WholeReply(char terminator)
 {
     std::string reply = "@";
     for (int n = 1; n <= 28; ++n)
-        reply += "f" + std::to_string(n) + (n == 17 || n == 28 ? terminator : ',');
+        reply += "f" + std::to_string(n) + (n == 17 || n >= 23 ? terminator : ',');
     return reply;
 }
 

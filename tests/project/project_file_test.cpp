@@ -28,6 +28,7 @@ const struct { std::string bytes; SectionTexts sections; std::int32_t display, c
     {"PROJECT BEGIN PROG 2\rA\rPROJECT END PROG 2\rB\rPROJECT BEGIN PROG 2\rC\r", {"", "A\r\nC\r\n"}, 0, 0},
     {"PROJECT END DEFINITION\rPROJECT PROGRAM DISPLAY SELECTION=3 *\rPROJECT PROGRAM CONTROL SELECTION=16 *", {}, 3, 16},
     {"PROJECT PROGRAM CONTROL SELECTION=123 PROJECT PROGRAM DISPLAY SELECTION", {"PROJECT PROGRAM CONTROL SELECTION=123 PROJECT PROGRAM DISPLAY SELECTION\r\n"}, 12, 12},
+    {"PROJECT PROGRAM DISPLAY SELECTION *\r", {"PROJECT PROGRAM DISPLAY SELECTION *\r\n"}, 0, 0},
 };
 // What a section holds after a save and an open.
 const std::pair<std::string, std::string> Texts[] = {{"", ""}, {"\r\n\n\r", ""}, {"A\rB", "A\r\nB\r\n"}, {"A\nB\n", "A\r\nB\r\n"},
