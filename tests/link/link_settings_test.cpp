@@ -28,7 +28,7 @@ TEST_P(SettingsFiles, FillTheFieldsAndDeriveTheAddress)
 {
     const SettingsFile& file = GetParam();
     ASSERT_EQ(file.bytes ? forms::WriteFileAtomically(kLinkSettingsFile, *file.bytes) : "", "");
-    ControllerLink& l = Link() = ControllerLink{0, "old ip", "old port", "", false, 0};
+    ControllerLink& l = Link() = ControllerLink{9, "old ip", "old port", "", false, 0};
     const std::string problem = LoadLinkSettings(l.linkKind, l.ipAddress, l.comPort);
     EXPECT_EQ(problem.empty(), !file.damaged) << problem;
     EXPECT_EQ(problem.find("marlunecom.ini is damaged") != std::string::npos, file.damaged) << problem;
@@ -40,7 +40,7 @@ TEST_P(SettingsFiles, FillTheFieldsAndDeriveTheAddress)
 }
 
 // Lines end at CR LF, CR or LF, and the last one may have no end at all. A first line that is
-// no number leaves the kind as it was (0 here) and, as a kind that is not 1 to 3, is told; a
+// no number leaves the kind as it was (9 here) and, as a kind that is not 1 to 3, is told; a
 // missing line leaves its field alone.
 INSTANTIATE_TEST_SUITE_P(
         Files, SettingsFiles,
@@ -50,9 +50,9 @@ INSTANTIATE_TEST_SUITE_P(
                           SettingsFile{" 3 \r127.0.0.1\rCOM4", 3, "127.0.0.1", "COM4", "COM4"},
                           SettingsFile{" 7 \r\n127.0.0.1\r\nCOM9\r\n", 7, "127.0.0.1", "COM9", "COM9", true},
                           SettingsFile{" 1 \r\n127.0.0.1\r\nCOM9\r\n", 1, "127.0.0.1", "COM9", ""},
-                          SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 0, "127.0.0.1", "COM2", "COM2", true},
+                          SettingsFile{"abc\r\n127.0.0.1\r\nCOM2\r\n", 9, "127.0.0.1", "COM2", "COM2", true},
                           SettingsFile{" 2 \r\n10.0.0.2", 2, "10.0.0.2", "old port", "10.0.0.2"},
-                          SettingsFile{"", 0, "old ip", "old port", "old port", true}));
+                          SettingsFile{"", 9, "old ip", "old port", "old port", true}));
 
 // A folder in the file's place is named when reading, which falls back on the simulated
 // controller, and when saving, which keeps the settings in memory.
