@@ -3,10 +3,11 @@
 # programs, the chart module where marlune-desk looks for it (and not linked to the program), the
 # manuals where the help finds them, the desktop entry, the icons and the man pages; the unpacked
 # program tells its version; lintian, when installed, finds no error and no warning.
-# package_test.sh BUILD_DIR VERSION
+# package_test.sh BUILD_DIR VERSION MODULE_DIR
 set -euo pipefail
 build=$1
 version=$2
+module_dir=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -20,7 +21,7 @@ dpkg-deb -x "$deb" "$work/root"
 
 failed=0
 for file in usr/bin/marlune-desk usr/bin/marlune-sim usr/bin/marlune-scenario \
-  usr/lib/x86_64-linux-gnu/marlune-desk/marlune-scope-view.so usr/share/doc/marlune-desk/controller-language.md usr/share/doc/marlune-desk/links.md \
+  "usr/$module_dir/marlune-scope-view.so" usr/share/doc/marlune-desk/controller-language.md usr/share/doc/marlune-desk/links.md \
   usr/share/doc/marlune-desk/scenarios.md usr/share/doc/marlune-desk/copyright \
   usr/share/doc/marlune-desk/changelog.gz usr/share/applications/marlune-desk.desktop \
   usr/share/icons/hicolor/scalable/apps/marlune-desk.svg usr/share/icons/hicolor/48x48/apps/marlune-desk.png \
